@@ -5,7 +5,7 @@
 // Trace of the stack and platform layers. A message carries one level bit; what reaches the sink is
 // set by an on flag and a level mask. All functions may be called from any thread.
 
-inline constexpr OpcUa_UInt32 OpcUa_TraceLevel_Content = 2;  ///< Most detailed.
+inline constexpr OpcUa_UInt32 OpcUa_TraceLevel_Content = 2; ///< Most detailed.
 inline constexpr OpcUa_UInt32 OpcUa_TraceLevel_Debug = 4;
 inline constexpr OpcUa_UInt32 OpcUa_TraceLevel_System = 8;
 inline constexpr OpcUa_UInt32 OpcUa_TraceLevel_Warning = 16;

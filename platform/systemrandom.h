@@ -1,0 +1,8 @@
+#pragma once
+
+#include "platform/types.h"
+
+/// Fills a buffer from the system's random source; may be called from any thread. `size` is in
+/// bytes. `BadInvalidArgument` for a null buffer, `BadResourceUnavailable` when the source fails; the
+/// buffer must not be used then.
+[[nodiscard]] OpcUa_StatusCode OpcUa_P_SystemRandom_Fill(void* buffer, OpcUa_UInt32 size);
