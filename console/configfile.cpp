@@ -36,13 +36,18 @@ bool parse(const QString& text, QDomDocument& document)
     return true;
 }
 
-enum class WriteResult { NotOpened, Incomplete, Written };
+enum class WriteResult
+{
+    NotOpened,
+    Incomplete,
+    Written
+};
 
 WriteResult writeBytes(const QString& path, const QByteArray& bytes)
 {
     QFile file(path);
-    if (isOtherThanFile(path)
-        || !file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text)) {
+    if (isOtherThanFile(path) ||
+        !file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text)) {
         return WriteResult::NotOpened;
     }
     // A full disk shows in the write, the flush or the close.
@@ -114,6 +119,6 @@ bool ConfigFile::write()
 bool isConfigFileWritable(const QString& path)
 {
     QFile file(path);
-    return !isOtherThanFile(path)
-           && file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Text);
+    return !isOtherThanFile(path) &&
+           file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Text);
 }

@@ -13,7 +13,8 @@
 class ConfigFile
 {
 public:
-    enum class ReadResult {
+    enum class ReadResult
+    {
         NotOpened, ///< Missing, no permission, or no regular file.
         Refused,   ///< Beyond ConfigLimits: neither to be shown nor to be written.
         NotParsed, ///< Not well-formed; the document is empty.

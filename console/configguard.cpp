@@ -144,8 +144,8 @@ bool isXmlText(QStringView text)
     for (qsizetype at = 0; at < text.size(); ++at) {
         const char16_t c = text[at].unicode();
         if (QChar::isSurrogate(c)) {
-            const bool isPair = QChar::isHighSurrogate(c) && at + 1 < text.size()
-                                && text[at + 1].isLowSurrogate();
+            const bool isPair =
+                QChar::isHighSurrogate(c) && at + 1 < text.size() && text[at + 1].isLowSurrogate();
             if (!isPair) {
                 return false;
             }

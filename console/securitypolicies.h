@@ -29,7 +29,8 @@ inline const QStringList deprecated = {prefix + QStringLiteral("Basic128Rsa15")}
 } // namespace SecurityPolicies
 
 /// Message security modes of a policy as bits, with the texts that configuration files hold.
-enum MessageSecurityModeFlag : quint16 {
+enum MessageSecurityModeFlag : quint16
+{
     MessageSecurityModeNone = 1,
     MessageSecurityModeSign = 2,
     MessageSecurityModeSignAndEncrypt = 4
