@@ -1,0 +1,32 @@
+#!/usr/bin/env bash
+# Builds the fuzz targets and runs each on a copy of its corpus:
+#   fuzz.sh <seconds each> [<name> ...]
+# Findings are left in build/fuzz/findings.
+set -euo pipefail
+. "$(dirname "$0")/lib.sh"
+
+seconds=${1:?usage: fuzz.sh <seconds each> [<name> ...]}
+shift
+names=("$@")
+if [ ${#names[@]} -eq 0 ]; then
+    mapfile -t names < <(cd "$root/fuzz/corpus" && ls)
+fi
+configure_and_build fuzz
+export QT_QPA_PLATFORM=offscreen
+export LSAN_OPTIONS=suppressions=$root/scripts/lsan.supp:print_suppressions=0
+mkdir -p "$root/build/fuzz/findings"
+
+run() {
+    local name=$1 work dictionary=()
+    work=$(mktemp -d)
+    cp -r "$root/fuzz/corpus/$name" "$work/corpus"
+    [ ! -e "$root/fuzz/$name.dict" ] || dictionary=("-dict=$root/fuzz/$name.dict")
+    "$root/build/fuzz/fuzz/${name}_fuzzer" -max_total_time="$seconds" -rss_limit_mb=4096 -timeout=25 \
+        -artifact_prefix="$root/build/fuzz/findings/$name-" "${dictionary[@]}" "$work/corpus" \
+        >"$work/log" 2>&1 || { tail -n 60 "$work/log"; rm -rf "$work"; return 1; }
+    printf '%-20s %s\n' "$name" "$(tail -n 1 "$work/log")"
+    rm -rf "$work"
+}
+export -f run
+export root seconds
+printf '%s\n' "${names[@]}" | xargs -n 1 -P "$(nproc)" bash -euo pipefail -c 'run "$0"'

@@ -1,0 +1,15 @@
+#!/usr/bin/env bash
+# Builds a sanitizer preset and runs its tests: sanitize.sh asan|tsan [<arguments for CTest>]
+set -euo pipefail
+. "$(dirname "$0")/lib.sh"
+
+preset=${1:?usage: sanitize.sh asan|tsan}
+shift
+export ASAN_OPTIONS=detect_stack_use_after_return=1:strict_string_checks=1
+export LSAN_OPTIONS=suppressions=$root/scripts/lsan.supp:print_suppressions=0
+export UBSAN_OPTIONS=print_stacktrace=1
+export TSAN_OPTIONS=halt_on_error=1
+
+configure_and_build "$preset"
+cd "$root"
+ctest --preset "$preset" --output-on-failure -LE program "$@"
