@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/types.h"
+#include "stack/opcua_scalars.h"
 
 /// A globally unique identifier (OPC 10000-6, 5.1.3).
 struct OpcUa_Guid
@@ -18,17 +19,17 @@ extern const OpcUa_Guid OpcUa_Guid_Null;
 /// Size in bytes of the text form with its closing NUL.
 inline constexpr OpcUa_UInt32 OpcUa_Guid_TextSize = 39;
 
-/// Makes the null guid. A null pointer is ignored.
-void OpcUa_Guid_Initialize(OpcUa_Guid* guid);
+/// Makes the null guid.
+inline constexpr auto& OpcUa_Guid_Initialize = OpcUa_Scalar_Initialize<OpcUa_Guid>;
 
 /// The same: a guid owns nothing.
-void OpcUa_Guid_Clear(OpcUa_Guid* guid);
+inline constexpr auto& OpcUa_Guid_Clear = OpcUa_Scalar_Clear<OpcUa_Guid>;
 
 /// `BadInvalidArgument` for a null pointer; the destination is cleared then.
-[[nodiscard]] OpcUa_StatusCode OpcUa_Guid_CopyTo(const OpcUa_Guid* source, OpcUa_Guid* destination);
+inline constexpr auto& OpcUa_Guid_CopyTo = OpcUa_Scalar_CopyTo<OpcUa_Guid>;
 
 /// Order of the 16 bytes in memory: -1, 0 or 1. Two null pointers are equal; one is less than a guid.
-[[nodiscard]] OpcUa_Int32 OpcUa_Guid_Compare(const OpcUa_Guid* left, const OpcUa_Guid* right);
+inline constexpr auto& OpcUa_Guid_Compare = OpcUa_Scalar_Compare<OpcUa_Guid>;
 
 /// True for two null pointers and for equal bytes. A null pointer differs from every guid, also from
 /// the null guid.

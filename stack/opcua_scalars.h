@@ -9,21 +9,21 @@
 #include <limits>
 #include <type_traits>
 
-// The operations of the built-in types that are plain numbers. One template stands for all of them;
-// the names at the end of this file give each type its own set, so that code over any type can be
-// written in one pattern.
+// The operations of the built-in types that own nothing. One template stands for all of them; the
+// names at the end of this file give each type its own set, so that code over any type can be written
+// in one pattern.
 
-/// Makes the value 0. A null pointer is ignored.
+/// Makes all bytes 0. A null pointer is ignored.
 template <typename T>
 void OpcUa_Scalar_Initialize(T* value)
 {
-    static_assert(std::is_arithmetic_v<T>);
+    static_assert(std::is_trivially_copyable_v<T>);
     if (value != nullptr) {
         *value = T{};
     }
 }
 
-/// The same: a number owns nothing.
+/// The same: the value owns nothing.
 template <typename T>
 void OpcUa_Scalar_Clear(T* value)
 {
@@ -62,16 +62,18 @@ template <typename T>
                                 std::numeric_limits<OpcUa_Int32>::max()));
 }
 
-/// The order of eight bytes in memory: -1, 0 or 1. This is not the numeric order on a
+/// The order of the bytes in memory: -1, 0 or 1. For a number this is not the numeric order on a
 /// little-endian machine; it is only good for telling values apart and for a stable sorting.
-[[nodiscard]] inline OpcUa_Int32 OpcUa_Scalar_CompareMemory8(const void* left, const void* right)
+template <typename T>
+[[nodiscard]] OpcUa_Int32 OpcUa_Scalar_CompareMemory(const T& left, const T& right)
 {
-    const int order = std::memcmp(left, right, 8);
+    static_assert(std::has_unique_object_representations_v<T>);
+    const int order = std::memcmp(&left, &right, sizeof(T));
     return order < 0 ? -1 : (order > 0 ? 1 : 0);
 }
 
-/// Order of two numbers by the rule of their kind: floating point, up to 32 bits, 64 bits. The same
-/// pointer is equal; a null pointer is less.
+/// Order of two values by the rule of their kind: floating point, integers up to 32 bits, and
+/// anything larger by its bytes. The same pointer is equal; a null pointer is less.
 template <typename T>
 [[nodiscard]] OpcUa_Int32 OpcUa_Scalar_Compare(const T* left, const T* right)
 {
@@ -83,8 +85,8 @@ template <typename T>
     }
     if constexpr (std::is_floating_point_v<T>) {
         return OpcUa_Scalar_CompareFloating(*left, *right);
-    } else if constexpr (sizeof(T) == 8) {
-        return OpcUa_Scalar_CompareMemory8(left, right);
+    } else if constexpr (sizeof(T) >= 8) {
+        return OpcUa_Scalar_CompareMemory(*left, *right);
     } else {
         return OpcUa_Scalar_CompareSmallInteger(*left, *right);
     }
