@@ -62,8 +62,8 @@ private Q_SLOTS:
     void every_png_file_of_the_folders_is_shipped();
     void image_loads_in_three_sizes_data() { addIconRows(); }
     void image_loads_in_three_sizes();
-    void image_has_transparent_corners_or_edges_and_opaque_middle_data() { addIconRows(); }
-    void image_has_transparent_corners_or_edges_and_opaque_middle();
+    void image_stands_free_on_a_transparent_ground_data() { addIconRows(); }
+    void image_stands_free_on_a_transparent_ground();
     void png_files_show_what_the_drawing_shows_data() { addIconRows(); }
     void png_files_show_what_the_drawing_shows();
 };
@@ -117,7 +117,7 @@ void IconsTest::image_loads_in_three_sizes()
     }
 }
 
-void IconsTest::image_has_transparent_corners_or_edges_and_opaque_middle()
+void IconsTest::image_stands_free_on_a_transparent_ground()
 {
     QFETCH(int, icon);
     const Icon& entry = allIcons().at(icon);
