@@ -21,7 +21,7 @@ struct Icon
 /// All images of both resource files, registered with Qt.
 const QList<Icon>& allIcons();
 
-/// The resource paths of the four images that stand for security policies, in the order of their strength.
+/// The resource paths of the four images that stand for security policies, the weakest first.
 const QList<QString>& policyIconPaths();
 
 /// Makes a column "icon" and one row for each image, holding its index in allIcons().
