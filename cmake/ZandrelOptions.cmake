@@ -23,6 +23,11 @@ if(ZANDREL_SANITIZE)
     target_link_options(zandrel_options INTERFACE ${sanitize_flags})
 endif()
 
+if(ZANDREL_BUILD_FUZZERS)
+    # Coverage of the libraries guides the fuzzer.
+    target_compile_options(zandrel_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
 if(ZANDREL_COVERAGE)
     target_compile_options(zandrel_options INTERFACE --coverage)
     target_link_options(zandrel_options INTERFACE --coverage)

@@ -97,7 +97,8 @@ bool QtSingleApplication::sendMessage(const QString& message, int timeout)
         QThread::msleep(connectRetryDelay);
     } while (!deadline.hasExpired());
 
-    QDataStream(&socket) << bytes;
+    QDataStream stream(&socket);
+    stream << bytes;
     return socket.waitForBytesWritten(remaining(deadline)) &&
            waitForBytes(socket, acknowledgement.size(), deadline) &&
            socket.readAll() == acknowledgement;
@@ -136,10 +137,7 @@ void QtSingleApplication::acceptConnections()
 
 void QtSingleApplication::receive(QLocalSocket* socket)
 {
-    QByteArray length = socket->peek(sizeof(quint32));
-    quint32 announced = 0;
-    QDataStream(&length, QIODevice::ReadOnly) >> announced;
-    if (length.size() == sizeof(quint32) && announced > maxMessageBytes) {
+    if (socket->bytesAvailable() > maxMessageBytes + qsizetype{sizeof(quint32)}) {
         socket->abort();
         return;
     }

@@ -1,0 +1,87 @@
+# Functions for tests that drive the real executable on a virtual display. Sourced by each test, which
+# CTest runs as: <test> <console> <sampleserver> [<other program>]
+
+set -euo pipefail
+console=$1
+sampleserver=$2
+other=${3:-}
+work=$(mktemp -d)
+export XDG_RUNTIME_DIR=$work/runtime
+mkdir -m 700 "$XDG_RUNTIME_DIR"
+unset QT_QPA_PLATFORM
+
+fail() {
+    echo "FAILED: $*" >&2
+    import -window root "$work/failed.png" 2>/dev/null && cp "$work/failed.png" "$(basename "$0" .sh)_failed.png"
+    exit 1
+}
+
+end() {
+    local status=$?
+    jobs -p | xargs -r kill -9 2>/dev/null
+    rm -rf "$work"
+    exit "$status"
+}
+trap end EXIT
+
+# Waits until a command succeeds, for ten seconds.
+wait_for() {
+    local i
+    for ((i = 0; i < 200; ++i)); do
+        "$@" >/dev/null 2>&1 && return 0
+        sleep 0.05
+    done
+    fail "waited in vain for: $*"
+}
+
+file=$work/server/ServerConfig.xml
+make_server() { "$sampleserver" "$work/server" >/dev/null; }
+
+# Starts the console in the background; its process is in $pid.
+start() {
+    "$console" "$@" 2>>"$work/log" &
+    pid=$!
+}
+
+# Waits for the end of the console and checks its exit code.
+ends_with() {
+    local status=0
+    wait "$pid" || status=$?
+    [ "$status" = "$1" ] || fail "exit code $status, expected $1"
+}
+
+search() { xdotool search --onlyvisible --name "$1"; }
+
+# Prints the identifier of the window whose title matches.
+window() {
+    wait_for search "$1"
+    search "$1" | tail -n 1
+}
+
+no_window() { ! search "$1" >/dev/null 2>&1 || fail "there is a window: $1"; }
+
+# press <window> <key> ...
+press() {
+    local id=$1
+    shift
+    xdotool windowfocus --sync "$id"
+    xdotool key --clearmodifiers --delay 30 "$@"
+}
+
+# write <window> <text>
+write() {
+    xdotool windowfocus --sync "$1"
+    xdotool type --clearmodifiers --delay 30 "$2"
+}
+
+# Prints the text of a message box, which can be selected and copied.
+text_of() {
+    press "$1" Tab ctrl+a ctrl+c
+    sleep 0.2
+    xclip -o -selection clipboard
+}
+
+expect() { [ "$1" = "$2" ] || fail "got '$1', expected '$2'"; }
+
+# What the file holds between the first pair of these tags.
+element() { sed -n "s|.*<$1>\(.*\)</$1>.*|\1|p" "$file" | head -n 1; }
