@@ -38,6 +38,7 @@ void FileDialogAnswer::look()
         QTest::keyClick(dialog, Qt::Key_Escape);
         return;
     }
+    input->setCompleter(nullptr); // its list comes at any time and takes the key
     input->selectAll();
     QTest::keyClicks(input, m_typedName);
     QTest::keyClick(input, Qt::Key_Enter);

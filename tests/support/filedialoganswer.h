@@ -15,7 +15,7 @@ class FileDialogAnswer : public QObject
     Q_OBJECT
 
 public:
-    /// An empty name cancels the dialog.
+    /// A name in the folder that the dialog shows; an empty one cancels.
     explicit FileDialogAnswer(const QString& typedName);
     ~FileDialogAnswer() override;
 
