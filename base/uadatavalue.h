@@ -78,7 +78,10 @@ private:
     using Block =
         UaSharedRecord<OpcUa_DataValue, OpcUa_DataValue_Initialize, OpcUa_DataValue_Clear>;
 
-    OpcUa_DataValue* writable() noexcept;
+    static Block copyOf(const OpcUa_DataValue& dataValue) noexcept;
+    OpcUa_DataValue* withoutValue() noexcept;
+    template <typename T>
+    OpcUa_StatusCode setField(T OpcUa_DataValue::*field, T value) noexcept;
 
     Block m_block; ///< Empty for the default.
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/uaownedrecord.h"
 #include "platform/types.h"
 #include "stack/opcua_diagnosticinfo.h"
 
@@ -15,17 +16,11 @@ class UaString;
 class UaDiagnosticInfo
 {
 public:
-    UaDiagnosticInfo() noexcept;
+    UaDiagnosticInfo() noexcept = default;
 
     /// Deep copy of a record; the default for one nested deeper than OpcUa_Nesting_MaxLevels.
     explicit UaDiagnosticInfo(const OpcUa_DiagnosticInfo& info) noexcept;
-    UaDiagnosticInfo(const UaDiagnosticInfo& other) noexcept;
-    UaDiagnosticInfo(UaDiagnosticInfo&& other) noexcept;
-    ~UaDiagnosticInfo();
-
     UaDiagnosticInfo& operator=(const OpcUa_DiagnosticInfo& info) noexcept;
-    UaDiagnosticInfo& operator=(const UaDiagnosticInfo& other) noexcept;
-    UaDiagnosticInfo& operator=(UaDiagnosticInfo&& other) noexcept;
 
     /// Makes the default.
     void clear() noexcept;
@@ -75,5 +70,7 @@ public:
     [[nodiscard]] bool operator==(const UaDiagnosticInfo& other) const noexcept;
 
 private:
-    OpcUa_DiagnosticInfo m_info;
+    UaOwnedRecord<OpcUa_DiagnosticInfo, OpcUa_DiagnosticInfo_Initialize, OpcUa_DiagnosticInfo_Clear,
+                  OpcUa_DiagnosticInfo_CopyTo>
+        m_info;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/uaownedrecord.h"
 #include "platform/types.h"
 #include "stack/opcua_expandednodeid.h"
 
@@ -14,19 +15,13 @@ class UaString;
 class UaExpandedNodeId
 {
 public:
-    UaExpandedNodeId() noexcept;
+    UaExpandedNodeId() noexcept = default;
     UaExpandedNodeId(const UaNodeId& nodeId, const UaString& namespaceUri,
                      OpcUa_UInt32 serverIndex) noexcept;
 
     /// Deep copy of a record. An identifier type above 3 gives the default.
     explicit UaExpandedNodeId(const OpcUa_ExpandedNodeId& nodeId) noexcept;
-    UaExpandedNodeId(const UaExpandedNodeId& other) noexcept;
-    UaExpandedNodeId(UaExpandedNodeId&& other) noexcept;
-    ~UaExpandedNodeId();
-
     UaExpandedNodeId& operator=(const OpcUa_ExpandedNodeId& nodeId) noexcept;
-    UaExpandedNodeId& operator=(const UaExpandedNodeId& other) noexcept;
-    UaExpandedNodeId& operator=(UaExpandedNodeId&& other) noexcept;
 
     /// Replaces the whole content.
     void setExpandedNodeId(const UaNodeId& nodeId, const UaString& namespaceUri,
@@ -67,5 +62,7 @@ public:
                                       const OpcUa_ExpandedNodeId& right) noexcept;
 
 private:
-    OpcUa_ExpandedNodeId m_nodeId;
+    UaOwnedRecord<OpcUa_ExpandedNodeId, OpcUa_ExpandedNodeId_Initialize, OpcUa_ExpandedNodeId_Clear,
+                  OpcUa_ExpandedNodeId_CopyTo>
+        m_nodeId;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/uaownedrecord.h"
 #include "platform/types.h"
 #include "stack/opcua_localizedtext.h"
 
@@ -13,18 +14,12 @@ class UaString;
 class UaLocalizedText
 {
 public:
-    UaLocalizedText() noexcept;
+    UaLocalizedText() noexcept = default;
     UaLocalizedText(const UaString& locale, const UaString& text) noexcept;
 
     /// Deep copy of a record.
     explicit UaLocalizedText(const OpcUa_LocalizedText& text) noexcept;
-    UaLocalizedText(const UaLocalizedText& other) noexcept;
-    UaLocalizedText(UaLocalizedText&& other) noexcept;
-    ~UaLocalizedText();
-
     UaLocalizedText& operator=(const OpcUa_LocalizedText& text) noexcept;
-    UaLocalizedText& operator=(const UaLocalizedText& other) noexcept;
-    UaLocalizedText& operator=(UaLocalizedText&& other) noexcept;
 
     /// Replaces the whole content.
     void setLocalizedText(const UaString& locale, const UaString& text) noexcept;
@@ -62,5 +57,7 @@ public:
     [[nodiscard]] bool operator==(const UaLocalizedText& other) const noexcept;
 
 private:
-    OpcUa_LocalizedText m_text;
+    UaOwnedRecord<OpcUa_LocalizedText, OpcUa_LocalizedText_Initialize, OpcUa_LocalizedText_Clear,
+                  OpcUa_LocalizedText_CopyTo>
+        m_text;
 };

@@ -4,6 +4,8 @@
 #include "platform/types.h"
 #include "stack/opcua_nodeid.h"
 
+#include <string_view>
+
 class UaByteString;
 class UaGuid;
 class UaString;
@@ -105,6 +107,9 @@ public:
 
 private:
     using Block = UaSharedRecord<OpcUa_NodeId, OpcUa_NodeId_Initialize, OpcUa_NodeId_Clear>;
+
+    static Block copyOf(const OpcUa_NodeId& nodeId) noexcept;
+    static UaNodeId readOpaque(std::string_view text, OpcUa_UInt16 namespaceIndex) noexcept;
 
     Block m_block; ///< Empty for the null node id.
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/uaownedrecord.h"
 #include "platform/types.h"
 #include "stack/opcua_qualifiedname.h"
 
@@ -12,18 +13,12 @@ class UaString;
 class UaQualifiedName
 {
 public:
-    UaQualifiedName() noexcept;
+    UaQualifiedName() noexcept = default;
     UaQualifiedName(const UaString& name, OpcUa_UInt16 namespaceIndex) noexcept;
 
     /// Deep copy of a record.
     explicit UaQualifiedName(const OpcUa_QualifiedName& name) noexcept;
-    UaQualifiedName(const UaQualifiedName& other) noexcept;
-    UaQualifiedName(UaQualifiedName&& other) noexcept;
-    ~UaQualifiedName();
-
     UaQualifiedName& operator=(const OpcUa_QualifiedName& name) noexcept;
-    UaQualifiedName& operator=(const UaQualifiedName& other) noexcept;
-    UaQualifiedName& operator=(UaQualifiedName&& other) noexcept;
 
     /// Replaces the whole content.
     void setQualifiedName(const UaString& name, OpcUa_UInt16 namespaceIndex) noexcept;
@@ -59,5 +54,7 @@ public:
     [[nodiscard]] bool operator==(const UaQualifiedName& other) const noexcept;
 
 private:
-    OpcUa_QualifiedName m_name;
+    UaOwnedRecord<OpcUa_QualifiedName, OpcUa_QualifiedName_Initialize, OpcUa_QualifiedName_Clear,
+                  OpcUa_QualifiedName_CopyTo>
+        m_name;
 };

@@ -1,9 +1,8 @@
 #pragma once
 
+#include "base/uareferencecount.h"
 #include "platform/allocator.h"
-#include "platform/types.h"
 
-#include <atomic>
 #include <new>
 #include <utility>
 
@@ -68,11 +67,7 @@ public:
     /// The record for writing, or null for the empty handle and while the block is shared.
     [[nodiscard]] Record* unshared() noexcept
     {
-        // Acquire pairs with the release of the handles that died: what they read comes before what
-        // the caller writes.
-        const bool bSingle =
-            m_pBlock != nullptr && m_pBlock->count.load(std::memory_order_acquire) == 1;
-        return bSingle ? &m_pBlock->record : nullptr;
+        return m_pBlock != nullptr && m_pBlock->count.isOne() ? &m_pBlock->record : nullptr;
     }
 
     /// True when both handles refer to one block, or both to none.
@@ -85,19 +80,19 @@ private:
     struct Block
     {
         Record record;
-        std::atomic<OpcUa_UInt32> count{1};
+        UaReferenceCount count;
     };
 
     void retain() noexcept
     {
         if (m_pBlock != nullptr) {
-            m_pBlock->count.fetch_add(1, std::memory_order_relaxed);
+            m_pBlock->count.take();
         }
     }
 
     void release() noexcept
     {
-        if (m_pBlock != nullptr && m_pBlock->count.fetch_sub(1, std::memory_order_acq_rel) == 1) {
+        if (m_pBlock != nullptr && m_pBlock->count.drop()) {
             Clear(&m_pBlock->record);
             m_pBlock->~Block();
             OpcUa_Memory_Free(m_pBlock);
