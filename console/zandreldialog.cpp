@@ -66,6 +66,8 @@ void ZandrelDialog::makeTabs()
     ui->tabWidget->addTab(m_pEndpoints, tr("UA Endpoints"));
     m_pTrace = new VeskTraceSettingsWidget(m_configFile, m_tracePath, this);
     ui->tabWidget->addTab(m_pTrace, tr("Trace"));
+    // The tabs were made after the button; by Tab it comes last.
+    setTabOrder(previousInFocusChain(), ui->pushButton_close);
     connect(m_pEndpoints, &VeskServerConfigWidget::changesSaved, this,
             &ZandrelDialog::sltChangesSaved);
     connect(m_pTrace, &VeskTraceSettingsWidget::changesSaved, this,

@@ -8,11 +8,14 @@
 #include "tests/support/messageboxanswer.h"
 #include "tests/support/testmain.h"
 
+#include <QAbstractItemView>
 #include <QCheckBox>
 #include <QHostInfo>
+#include <QLayout>
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QSpinBox>
 #include <QStatusBar>
 #include <QTabWidget>
@@ -117,7 +120,7 @@ private Q_SLOTS:
         const QString before = QDir::currentPath();
         QDir::setCurrent(m_dir->path());
         {
-            ZandrelDialog window(QString(), QString());
+            ZandrelDialog window{QString(), QString()};
             QCOMPARE(window.windowTitle(), u"Zandrel - "_s + m_file);
             QVERIFY(find<QTabWidget>(window, u"tabWidget"_s)->isEnabled());
         }
@@ -371,7 +374,9 @@ private Q_SLOTS:
                 window.show();
                 window.close();
             }
-            after = readFile(m_file);
+            // The platform of the tests has a frame of its own, which moves the window.
+            static const QRegularExpression geometry(u"<Geometry>[^<]*"_s);
+            after = QString::fromUtf8(readFile(m_file)).remove(geometry).toUtf8();
         }
         QCOMPARE(bytes[1], bytes[0]);
         QCOMPARE(bytes[0].count("name"), 40 + sampleConfig().count("name"));
@@ -458,14 +463,16 @@ private Q_SLOTS:
         window.show();
         auto* tabs = find<QTabWidget>(window, u"tabWidget"_s);
         QCOMPARE(tabs->count(), 2);
-        makeEndpointsDirty(window);
-        MessageBoxAnswer endpoints(u"Endpoints"_s, endpointsQuestion, QMessageBox::Discard);
-        tabs->setCurrentIndex(1);
-        QCOMPARE(endpoints.verdict(), QString());
+        {
+            makeEndpointsDirty(window);
+            MessageBoxAnswer answer(u"Endpoints"_s, endpointsQuestion, QMessageBox::Discard);
+            tabs->setCurrentIndex(1);
+            QCOMPARE(answer.verdict(), QString());
+        }
         makeTraceDirty(window);
-        MessageBoxAnswer trace(u"Trace Settings"_s, traceQuestion, QMessageBox::Discard);
+        MessageBoxAnswer answer(u"Trace Settings"_s, traceQuestion, QMessageBox::Discard);
         tabs->setCurrentIndex(0);
-        QCOMPARE(trace.verdict(), QString());
+        QCOMPARE(answer.verdict(), QString());
     }
 
 private:
