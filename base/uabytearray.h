@@ -4,6 +4,9 @@
 #include "base/uastring.h"
 #include "stack/opcua_bytestring.h"
 
+#include <concepts>
+#include <utility>
+
 class UaByteString;
 
 /// Growing bytes, as one pointer to a shared block. A copy shares the block, costs one atomic
@@ -51,6 +54,18 @@ public:
 
     void swap(UaByteArray& other) noexcept { std::swap(m_pBlock, other.m_pBlock); }
 
+    /// Makes an array of `size` bytes without a copy: `write` is called with the room for them, unless
+    /// there is none; then the result is empty, as it is for a size below 1.
+    template <std::invocable<OpcUa_Byte*> Writer>
+    [[nodiscard]] static UaByteArray compose(OpcUa_Int64 size, Writer&& write)
+    {
+        UaByteArray bytes;
+        if (bytes.allocate(size)) {
+            std::forward<Writer>(write)(bytes.m_pBlock->data);
+        }
+        return bytes;
+    }
+
     [[nodiscard]] OpcUa_Int32 size() const noexcept { return m_pBlock->size; }
     [[nodiscard]] bool isEmpty() const noexcept { return m_pBlock->size == 0; }
     /// Bytes that the array can hold without another allocation.
@@ -59,13 +74,13 @@ public:
     /// Changes the size; new bytes are 0. A size below 1 frees everything, a smaller one keeps the
     /// capacity, and one above the capacity reallocates. A shared array gets an own copy of no more
     /// than the new size. False when memory is short; the array is as it was then.
-    bool resize(OpcUa_Int32 size);
+    bool resize(OpcUa_Int32 size) noexcept;
 
     /// The bytes, valid until the array changes; null for an empty one.
     [[nodiscard]] const OpcUa_Byte* data() const noexcept { return m_pBlock->data; }
     /// The bytes for writing; a shared array gets an own copy first. Null for an empty array and when
     /// memory is short.
-    [[nodiscard]] OpcUa_Byte* data();
+    [[nodiscard]] OpcUa_Byte* data() noexcept;
 
     /// The byte at a position, 0 outside.
     [[nodiscard]] OpcUa_Byte operator[](OpcUa_Int32 index) const noexcept
@@ -78,7 +93,7 @@ public:
     /// Appends bytes, which may be bytes of this array. False for a null pointer with a positive
     /// length, a negative length, or when the sum is too long or memory is short; the array is as it
     /// was then.
-    bool append(const OpcUa_Byte* data, OpcUa_Int32 length);
+    bool append(const OpcUa_Byte* data, OpcUa_Int32 length) noexcept;
 
     /// Hands the bytes over and leaves this array empty: the block itself when no other array shares
     /// it, however large, and a copy otherwise. An empty array gives a byte string of length 0. What
@@ -124,10 +139,10 @@ private:
         return m_pBlock == &s_nullBlock || !m_pBlock->count.isOne();
     }
     static void destroy(Block* block) noexcept;
-    static Block* createBlock(const OpcUa_Byte* data, OpcUa_Int32 kept, OpcUa_Int32 size,
-                              OpcUa_Int32 capacity) noexcept;
-    bool changeSize(OpcUa_Int32 size, OpcUa_Int32 capacity);
-    void write(OpcUa_Int32 index, OpcUa_Byte value);
+    bool allocate(OpcUa_Int64 size) noexcept;
+    bool changeSize(OpcUa_Int32 size, OpcUa_Int32 capacity) noexcept;
+    bool grow(OpcUa_Int64 size) noexcept;
+    void write(OpcUa_Int32 index, OpcUa_Byte value) noexcept;
 
     static Block s_nullBlock;
 
@@ -150,7 +165,7 @@ public:
     ~Element() = default;
 
     operator OpcUa_Byte() const noexcept { return std::as_const(m_array)[m_index]; }
-    Element& operator=(OpcUa_Byte value)
+    Element& operator=(OpcUa_Byte value) noexcept
     {
         m_array.write(m_index, value);
         return *this;

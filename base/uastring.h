@@ -6,6 +6,7 @@
 
 #include <concepts>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 
 class UaByteArray;
@@ -201,13 +202,13 @@ public:
     friend bool operator<(const UaString& left, const UaString& right) noexcept;
 
 private:
-    /// A text of less bytes stands in the block itself, which saves an allocation; a longer one has its
+    /// A text of up to so many bytes stands in the block itself, which saves an allocation; a longer one has its
     /// own, so that detach can move it.
     static constexpr OpcUa_Int64 InlineLimit = 512;
 
     struct Block
     {
-        OpcUa_String string;
+        OpcUa_String string = {};
         UaReferenceCount count;
     };
 
@@ -226,7 +227,7 @@ private:
     }
     static void destroy(Block* block) noexcept;
     char* allocate(OpcUa_Int64 length);
-    static UaString join(const UaString& left, std::string_view right);
+    static UaString join(std::string_view left, std::string_view right);
     [[nodiscard]] UaString argText(std::string_view value, OpcUa_Int64 characters,
                                    OpcUa_Int32 fieldWidth, UaChar fill) const;
     [[nodiscard]] UaString argSigned(OpcUa_Int64 value, OpcUa_Int32 fieldWidth, OpcUa_Int32 base,

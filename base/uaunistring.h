@@ -57,6 +57,18 @@ public:
 
     void swap(UaUniString& other) noexcept { std::swap(m_pBlock, other.m_pBlock); }
 
+    /// Makes a text of `length` units without a copy: `write` is called with the room for them, unless
+    /// there is none; then the result is the null string. The 0 unit behind them is there already.
+    template <std::invocable<char16_t*> Writer>
+    [[nodiscard]] static UaUniString compose(OpcUa_Int64 length, Writer&& write)
+    {
+        UaUniString text;
+        if (char16_t* units = text.allocate(length); units != nullptr) {
+            std::forward<Writer>(write)(units);
+        }
+        return text;
+    }
+
     /// Length in units, without the closing one.
     [[nodiscard]] OpcUa_Int32 length() const noexcept { return m_pBlock->length; }
     /// True for a length of 0, null or not.
@@ -69,7 +81,10 @@ public:
     }
 
     /// The units with a 0 unit behind them, valid as long as a string shares the block; never null.
-    [[nodiscard]] const char16_t* utf16() const noexcept;
+    [[nodiscard]] const char16_t* utf16() const noexcept
+    {
+        return isNull() ? u"" : reinterpret_cast<const char16_t*>(m_pBlock + 1);
+    }
     /// The same units with their length.
     [[nodiscard]] std::u16string_view view() const noexcept
     {
@@ -151,6 +166,7 @@ public:
     }
 
 private:
+    /// The units stand behind it in the same allocation.
     struct Block
     {
         UaReferenceCount count;
@@ -172,8 +188,8 @@ private:
     }
     static void destroy(Block* block) noexcept;
     char16_t* allocate(OpcUa_Int64 length);
-    void setUtf8(std::string_view text);
-    static UaUniString join(std::u16string_view left, std::u16string_view right);
+    [[nodiscard]] static UaUniString fromUtf8(std::string_view text);
+    [[nodiscard]] static std::u16string_view trim(std::u16string_view text) noexcept;
     [[nodiscard]] UaUniString piece(std::u16string_view part) const;
     static UaUniString numberSigned(OpcUa_Int64 value, OpcUa_Int32 base);
     static UaUniString numberUnsigned(OpcUa_UInt64 value, OpcUa_Int32 base);
