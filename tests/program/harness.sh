@@ -9,6 +9,7 @@ work=$(mktemp -d)
 export XDG_RUNTIME_DIR=$work/runtime
 mkdir -m 700 "$XDG_RUNTIME_DIR"
 unset QT_QPA_PLATFORM
+openbox --sm-disable >"$work/openbox.log" 2>&1 &
 
 fail() {
     echo "FAILED: $*" >&2
@@ -19,6 +20,7 @@ fail() {
 end() {
     local status=$?
     jobs -p | xargs -r kill -9 2>/dev/null
+    wait 2>/dev/null
     rm -rf "$work"
     exit "$status"
 }
@@ -33,6 +35,8 @@ wait_for() {
     done
     fail "waited in vain for: $*"
 }
+
+wait_for xdotool get_desktop # the window manager is ready
 
 file=$work/server/ServerConfig.xml
 make_server() { "$sampleserver" "$work/server" >/dev/null; }
@@ -64,22 +68,49 @@ no_window() { ! search "$1" >/dev/null 2>&1 || fail "there is a window: $1"; }
 press() {
     local id=$1
     shift
-    xdotool windowfocus --sync "$id"
+    xdotool windowactivate --sync "$id"
     xdotool key --clearmodifiers --delay 30 "$@"
 }
 
+# Prints that many Tab keys.
+tabs() { yes Tab | head -n "$1"; }
+
 # write <window> <text>
 write() {
-    xdotool windowfocus --sync "$1"
+    xdotool windowactivate --sync "$1"
     xdotool type --clearmodifiers --delay 30 "$2"
 }
 
 # Prints the text of a message box, which can be selected and copied.
 text_of() {
-    press "$1" Tab ctrl+a ctrl+c
-    sleep 0.2
-    xclip -o -selection clipboard
+    xdotool windowactivate --sync "$1" mousemove --window "$1" 100 20 click 1
+    xdotool key --clearmodifiers --delay 30 ctrl+a ctrl+c
+    wait_for xclip -o -selection clipboard -t UTF8_STRING
+    xclip -o -selection clipboard -t UTF8_STRING
 }
+
+# Presses the box's default button and waits until it is gone.
+confirm() {
+    press "$1" Return
+    wait_for gone "$1"
+}
+gone() { ! xdotool getwindowname "$1" >/dev/null 2>&1; }
+
+# The console's window, once it is shown.
+main_window() { window '^Zandrel - '; }
+
+# click <window> <place>: clicks on a control of the main window in its initial size.
+declare -A place=(
+    [endpoints]='60 22' [trace]='140 22' [anonymous]='60 83' [user_password]='300 83'
+    [trace_file]='340 84' [host]='550 180' [apply]='558 457'
+)
+click() {
+    xdotool windowactivate --sync "$1" mousemove --window "$1" ${place[$2]} click 1
+    sleep 0.2
+}
+
+# Closes a window by the window manager's key.
+close_window() { press "$1" alt+F4; }
 
 expect() { [ "$1" = "$2" ] || fail "got '$1', expected '$2'"; }
 
