@@ -7,6 +7,7 @@
 namespace {
 
 std::atomic<OpcUa_P_ClockSource> clockSource = nullptr;
+std::atomic<OpcUa_P_TickSource> tickSource = nullptr;
 
 /// 100-nanosecond units from the start of 1601 to the start of 1970.
 constexpr OpcUa_Int64 ticksAtUnixEpoch = 116444736000000000;
@@ -30,4 +31,23 @@ OpcUa_UInt64 OpcUa_P_Clock_ReadSystem()
     const auto sinceUnixEpoch = std::chrono::system_clock::now().time_since_epoch();
     return static_cast<OpcUa_UInt64>(std::chrono::floor<Ticks>(sinceUnixEpoch).count() +
                                      ticksAtUnixEpoch);
+}
+
+OpcUa_UInt32 OpcUa_P_Clock_GetTickCount()
+{
+    const OpcUa_P_TickSource source = tickSource.load();
+    return source != nullptr ? source() : OpcUa_P_Clock_ReadSystemTicks();
+}
+
+OpcUa_P_TickSource OpcUa_P_Clock_SetTickSource(OpcUa_P_TickSource source)
+{
+    return tickSource.exchange(source);
+}
+
+OpcUa_UInt32 OpcUa_P_Clock_ReadSystemTicks()
+{
+    const auto sinceStart = std::chrono::steady_clock::now().time_since_epoch();
+    // The count wraps at 32 bits by design.
+    return static_cast<OpcUa_UInt32>(
+        std::chrono::duration_cast<std::chrono::milliseconds>(sinceStart).count());
 }

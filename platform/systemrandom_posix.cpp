@@ -7,6 +7,12 @@
 #include <sys/random.h>
 #include <sys/types.h>
 
+OpcUa_StatusCode OpcUa_P_SystemRandom_Initialize()
+{
+    OpcUa_Byte probe = 0;
+    return OpcUa_P_SystemRandom_Fill(&probe, sizeof probe);
+}
+
 OpcUa_StatusCode OpcUa_P_SystemRandom_Fill(void* buffer, OpcUa_UInt32 size)
 {
     // A request of this size is answered whole on any system that offers the call.

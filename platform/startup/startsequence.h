@@ -1,7 +1,7 @@
 #pragma once
 
-// The services below the value classes in the order in which they start. They stop in the reverse
-// order.
+// The services below the value classes: timers, crypto provider, system random source, trace. The
+// timers stop first, so that their kill callbacks can still trace.
 
 /// Starts every service; 0, or -1 at the first one that fails. What had started by then keeps
 /// running until stopPlatform().
