@@ -13,30 +13,24 @@ std::size_t sizeOf(const char* source, OpcUa_UInt32 length)
     return length == OpcUa_String_WholeLength ? std::strlen(source) : length;
 }
 
-/// Record and text in one zeroed block, which OpcUa_String_Delete frees as a whole; so the record
-/// doesn't own its content.
-OpcUa_StatusCode createWithText(const char* source, std::size_t size, OpcUa_String** string)
+/// With copying, record and text lie in one zeroed block, which OpcUa_String_Delete frees as a whole;
+/// so the record doesn't own its content then.
+OpcUa_StatusCode create(char* source, std::size_t size, bool copyText, bool freeOnClear,
+                        OpcUa_String** string)
 {
-    auto* block = static_cast<char*>(OpcUa_Memory_AllocZeroed(1, sizeof(OpcUa_String) + size + 1));
+    const std::size_t textSize = copyText ? size + 1 : 0;
+    auto* block = static_cast<char*>(OpcUa_Memory_AllocZeroed(1, sizeof(OpcUa_String) + textSize));
     if (block == nullptr) {
         return OpcUa_BadOutOfMemory;
     }
-    char* text = block + sizeof(OpcUa_String);
-    std::memcpy(text, source, size);
     *string = reinterpret_cast<OpcUa_String*>(block);
-    **string = {0, static_cast<OpcUa_UInt32>(size), text};
-    return OpcUa_Good;
-}
-
-OpcUa_StatusCode createAround(char* source, OpcUa_UInt32 size, bool freeOnClear,
-                              OpcUa_String** string)
-{
-    *string = static_cast<OpcUa_String*>(OpcUa_Memory_AllocZeroed(1, sizeof(OpcUa_String)));
-    if (*string == nullptr) {
-        return OpcUa_BadOutOfMemory;
-    }
-    if (source != nullptr) {
-        **string = {freeOnClear ? OpcUa_String_OwnsContent : 0, size, source};
+    (*string)->uLength = static_cast<OpcUa_UInt32>(size);
+    if (copyText) {
+        (*string)->strContent = block + sizeof(OpcUa_String);
+        std::memcpy((*string)->strContent, source, size);
+    } else {
+        (*string)->flags = freeOnClear && source != nullptr ? OpcUa_String_OwnsContent : 0;
+        (*string)->strContent = source;
     }
     return OpcUa_Good;
 }
@@ -90,14 +84,9 @@ OpcUa_StatusCode OpcUa_String_CreateNewString(const char* source, OpcUa_UInt32 l
     }
     *string = nullptr;
     const std::size_t size = source == nullptr ? 0 : sizeOf(source, length);
-    if (size > OpcUa_String_MaxSize) {
-        return OpcUa_BadInvalidArgument;
-    }
-    if (copyText && source != nullptr) {
-        return createWithText(source, size, string);
-    }
-    return createAround(const_cast<char*>(source), static_cast<OpcUa_UInt32>(size), freeOnClear,
-                        string);
+    return size > OpcUa_String_MaxSize ? OpcUa_BadInvalidArgument
+                                       : create(const_cast<char*>(source), size,
+                                                copyText && source != nullptr, freeOnClear, string);
 }
 
 void OpcUa_String_Delete(OpcUa_String** string)
