@@ -22,13 +22,13 @@ class UaVariant
 {
 public:
     UaVariant() noexcept
-        : m_variant{}
+        : m_variant()
     {
     }
 
     /// Deep copy of a stack variant.
     explicit UaVariant(const OpcUa_Variant& value)
-        : m_variant{}
+        : m_variant()
     {
         static_cast<void>(OpcUa_Variant_CopyTo(&value, &m_variant));
     }
@@ -75,8 +75,8 @@ public:
         return m_variant.ArrayType == OpcUa_VariantArrayType_Matrix;
     }
 
-    /// The length of an array as it stands, the product of a matrix's dimensions, 0 for a matrix
-    /// without any or with an impossible product; -1 for a scalar.
+    /// The length of an array as it stands, the product of a matrix's dimensions, 0 for a matrix with
+    /// a dimension below 1, without dimensions or with an impossible product; -1 for a scalar.
     [[nodiscard]] OpcUa_Int32 arraySize() const;
 
     /// One entry, its length, for an array; the dimensions of a matrix; none for a scalar.
@@ -335,8 +335,8 @@ public:
     /// or below the smallest normal one without being 0. NaN passes.
     [[nodiscard]] OpcUa_StatusCode toFloat(OpcUa_Float& value) const;
 
-    /// A text may also be hexadecimal ("0x1p4"), "inf" or "nan". A number too large for a Double is
-    /// refused.
+    /// A text may also be hexadecimal ("0x1p4"), "inf" or "nan". A number too large or too close to 0
+    /// for a Double is refused.
     [[nodiscard]] OpcUa_StatusCode toDouble(OpcUa_Double& value) const;
 
     // Getters of the other scalars. `BadOutOfRange` for variants that the operation doesn't take.
