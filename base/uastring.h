@@ -169,8 +169,12 @@ public:
     /// Inserts a number as printf writes it with the format "f", "e" or "g" (also in upper case, and
     /// "g" for any other) and a precision, 6 for a negative one; the decimal point is always ".". No
     /// more than 1100 decimals are written: no number has more.
-    [[nodiscard]] UaString arg(OpcUa_Double value, OpcUa_Int32 fieldWidth = 0, char format = 'g',
-                               OpcUa_Int32 precision = -1, UaChar fill = ' ') const;
+    template <std::floating_point Floating>
+    [[nodiscard]] UaString arg(Floating value, OpcUa_Int32 fieldWidth = 0, char format = 'g',
+                               OpcUa_Int32 precision = -1, UaChar fill = ' ') const
+    {
+        return argDouble(static_cast<OpcUa_Double>(value), fieldWidth, format, precision, fill);
+    }
 
     /// Deep copy for the caller to clear; null gives null. What the destination held is cleared.
     /// `BadInvalidArgument` for a null pointer, `BadOutOfMemory`; the destination is null then.
@@ -234,6 +238,8 @@ private:
                                      UaChar fill) const;
     [[nodiscard]] UaString argUnsigned(OpcUa_UInt64 value, OpcUa_Int32 fieldWidth, OpcUa_Int32 base,
                                        UaChar fill) const;
+    [[nodiscard]] UaString argDouble(OpcUa_Double value, OpcUa_Int32 fieldWidth, char format,
+                                     OpcUa_Int32 precision, UaChar fill) const;
 
     static Block s_nullBlock;
 

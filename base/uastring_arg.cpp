@@ -174,8 +174,8 @@ UaString UaString::argUnsigned(OpcUa_UInt64 value, OpcUa_Int32 fieldWidth, OpcUa
     return argText(digits, static_cast<OpcUa_Int64>(digits.size()), fieldWidth, fill);
 }
 
-UaString UaString::arg(OpcUa_Double value, OpcUa_Int32 fieldWidth, char format,
-                       OpcUa_Int32 precision, UaChar fill) const
+UaString UaString::argDouble(OpcUa_Double value, OpcUa_Int32 fieldWidth, char format,
+                             OpcUa_Int32 precision, UaChar fill) const
 {
     UaNumberText::DoubleBuffer buffer;
     const std::string_view digits = UaNumberText::format(buffer, value, format, precision);
