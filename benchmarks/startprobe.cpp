@@ -1,42 +1,55 @@
 // Starts, shows a window, and ends: startprobe console <file> | bare. The console starts as its main
 // does; the bare window has three tabs and as many widgets as the console's.
 
-#include "resources/images.h"
-
 #include "console/commandline.h"
 #include "console/qtsingleapplication.h"
 #include "console/zandreldialog.h"
 #include "platform/startup/uaplatformlayer.h"
+#include "resources/images.h"
 #include "valuewidgets/images/icons.h"
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QGroupBox>
 #include <QHashSeed>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMainWindow>
+#include <QPushButton>
 #include <QSpinBox>
+#include <QStatusBar>
 #include <QTabWidget>
+#include <QToolButton>
+#include <QTreeView>
 #include <QVBoxLayout>
 
 #include <cstring>
+#include <memory>
 
 namespace {
 
-constexpr int widgetsPerTab = 25;
+template <typename Widget, typename... Arguments>
+void add(QLayout* layout, int count, const Arguments&... arguments)
+{
+    for (int i = 0; i < count; ++i) {
+        layout->addWidget(std::make_unique<Widget>(arguments...).release());
+    }
+}
 
+/// A third of the console's widgets, by kind.
 void fill(QWidget* page)
 {
     auto* layout = new QVBoxLayout(page);
-    for (int i = 0; i < widgetsPerTab; i += 5) {
-        layout->addWidget(new QLabel(QStringLiteral("Label"), page));
-        layout->addWidget(new QLineEdit(QStringLiteral("text"), page));
-        layout->addWidget(new QCheckBox(QStringLiteral("Check"), page));
-        layout->addWidget(new QSpinBox(page));
-        auto* combo = new QComboBox(page);
-        combo->addItems({QStringLiteral("one"), QStringLiteral("two")});
-        layout->addWidget(combo);
-    }
+    const QString text = QStringLiteral("text");
+    add<QGroupBox>(layout, 2, text);
+    add<QLabel>(layout, 4, text);
+    add<QCheckBox>(layout, 3, text);
+    add<QLineEdit>(layout, 1, text);
+    add<QSpinBox>(layout, 1);
+    add<QComboBox>(layout, 3);
+    add<QPushButton>(layout, 2, text);
+    add<QToolButton>(layout, 1);
+    add<QTreeView>(layout, 1);
 }
 
 void showUntilPainted(QWidget& window)
@@ -56,6 +69,7 @@ int runBare(int& argc, char** argv)
         fill(page);
         tabs->addTab(page, QStringLiteral("Tab"));
     }
+    window.statusBar();
     showUntilPainted(window);
     return 0;
 }
