@@ -1,9 +1,21 @@
 #include "console/configdom.h"
 
-#include <QDomDocument>
-#include <QStringList>
+#include "console/domwalk.h"
 
-#include <algorithm>
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Whether the text form of a node of that kind can hold the value.
+bool canHold(const QDomNode& node, const QString& value)
+{
+    if (node.isComment()) {
+        return !value.contains("--"_L1) && !value.endsWith(u'-');
+    }
+    return !node.isProcessingInstruction() || !value.contains("?>"_L1);
+}
+
+} // namespace
 
 QDomElement descend(QDomElement from, std::initializer_list<QString> names)
 {
@@ -24,12 +36,23 @@ QDomElement obtainChild(QDomElement parent, const QString& name)
 
 void setFirstChildValue(const QDomElement& element, const QString& value)
 {
-    element.firstChild().setNodeValue(value);
+    QDomNode child = element.firstChild();
+    if (child.isCDATASection()) {
+        setFirstChildText(element, value);
+    } else if (canHold(child, value)) {
+        child.setNodeValue(value);
+    }
 }
 
 void setFirstChildText(const QDomElement& element, const QString& text)
 {
-    element.firstChild().toText().setNodeValue(text);
+    QDomText child = element.firstChild().toText();
+    if (child.isCDATASection() && text.contains("]]>"_L1)) {
+        QDomElement parent = element;
+        parent.replaceChild(element.ownerDocument().createTextNode(text), child);
+    } else {
+        child.setNodeValue(text);
+    }
 }
 
 QDomElement appendTextElement(QDomElement parent, const QString& name, const QString& text)
@@ -39,67 +62,6 @@ QDomElement appendTextElement(QDomElement parent, const QString& name, const QSt
     element.appendChild(document.createTextNode(text));
     parent.appendChild(element);
     return element;
-}
-
-namespace {
-
-/// Calls visit(element, depth) for all elements in document order, the document element at depth 1,
-/// until it answers false. Doesn't recurse: the depth comes from outside.
-template <typename Visit>
-bool visitElements(const QDomDocument& document, Visit visit)
-{
-    QDomElement element = document.documentElement();
-    int depth = 1;
-    while (!element.isNull()) {
-        if (!visit(element, depth)) {
-            return false;
-        }
-        QDomElement next = element.firstChildElement();
-        if (!next.isNull()) {
-            ++depth;
-        }
-        while (next.isNull() && depth > 0) {
-            next = element.nextSiblingElement();
-            if (next.isNull()) {
-                element = element.parentNode().toElement();
-                --depth;
-            }
-        }
-        element = next;
-    }
-    return true;
-}
-
-void sortAttributes(QDomElement element)
-{
-    const QDomNamedNodeMap attributes = element.attributes();
-    QStringList names;
-    names.reserve(attributes.count());
-    for (int i = 0; i < attributes.count(); ++i) {
-        names.append(attributes.item(i).nodeName());
-    }
-    std::sort(names.begin(), names.end());
-
-    QList<QDomAttr> sorted;
-    sorted.reserve(names.size());
-    for (const QString& name : names) {
-        sorted.append(element.removeAttributeNode(element.attributeNode(name)));
-    }
-    for (const QDomAttr& attribute : sorted) {
-        element.setAttributeNode(attribute);
-    }
-}
-
-} // namespace
-
-void normaliseAttributes(const QDomDocument& document)
-{
-    visitElements(document, [](const QDomElement& element, int) {
-        if (element.hasAttributes() && element.attributes().count() > 1) {
-            sortAttributes(element);
-        }
-        return true;
-    });
 }
 
 bool isShallow(const QDomDocument& document, int maxDepth)

@@ -16,20 +16,17 @@ class QDomDocument;
 QDomElement obtainChild(QDomElement parent, const QString& name);
 
 /// Puts a new value into the first child of an element, whatever kind of node that is. An element
-/// without a child takes nothing.
+/// without a child takes nothing; neither does a comment or a processing instruction that can't hold
+/// the value without breaking the text of the file.
 void setFirstChildValue(const QDomElement& element, const QString& value);
 
-/// Puts a new text into the first child of an element when that is a text or a CDATA section. Any
-/// other element takes nothing.
+/// Puts a new text into the first child of an element when that is a text or a CDATA section; a
+/// section that can't hold the text, because of its "]]>", becomes a plain text. Any other element
+/// takes nothing.
 void setFirstChildText(const QDomElement& element, const QString& text);
 
 /// Appends a child element that holds one text node.
 QDomElement appendTextElement(QDomElement parent, const QString& name, const QString& text);
-
-/// Puts the attributes of every element into an order that depends on their names alone. The
-/// document writes them in hash order, which also depends on the order in which they came in: a file
-/// saved twice would differ from itself.
-void normaliseAttributes(const QDomDocument& document);
 
 /// Whether no element lies deeper than the limit. Looks at the parsed document, in which entities of
 /// the text's own have brought their elements.

@@ -2,10 +2,11 @@
 
 #include "console/configdom.h"
 #include "console/configguard.h"
+#include "console/configtext.h"
 
 #include <QFile>
 #include <QFileInfo>
-#include <QTextStream>
+#include <QStringDecoder>
 
 #include <utility>
 
@@ -20,11 +21,17 @@ bool isOtherThanFile(const QString& path)
     return info.exists() && !info.isFile();
 }
 
+/// What a file opened as text gives on every system: no carriage return, wherever it stands.
+QByteArray withoutCarriageReturns(const QByteArray& bytes)
+{
+    return bytes.contains('\r') ? QByteArray(bytes).replace("\r", "") : bytes;
+}
+
+/// As a text stream set to UTF-8 does: only a byte order mark says otherwise.
 QString decode(const QByteArray& bytes)
 {
-    QTextStream stream(bytes);
-    stream.setEncoding(QStringConverter::Utf8);
-    return stream.readAll();
+    const auto marked = QStringConverter::encodingForData(bytes);
+    return QStringDecoder(marked.value_or(QStringConverter::Utf8))(bytes);
 }
 
 bool parse(const QString& text, QDomDocument& document)
@@ -43,11 +50,10 @@ enum class WriteResult
     Written
 };
 
-WriteResult writeBytes(const QString& path, const QByteArray& bytes)
+WriteResult writeBytes(const QString& path, const QByteArray& bytes, QIODevice::OpenMode mode = {})
 {
     QFile file(path);
-    if (isOtherThanFile(path) ||
-        !file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text)) {
+    if (isOtherThanFile(path) || !file.open(QIODevice::WriteOnly | QIODevice::Truncate | mode)) {
         return WriteResult::NotOpened;
     }
     // A full disk shows in the write, the flush or the close.
@@ -67,16 +73,18 @@ ConfigFile::ConfigFile(QString path)
 ConfigFile::ReadResult ConfigFile::read()
 {
     QFile file(m_path);
-    if (isOtherThanFile(m_path) || !file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+    // Opened as text it would not tell the bytes that a failed write has to put back.
+    if (isOtherThanFile(m_path) || !file.open(QIODevice::ReadOnly)) {
         return ReadResult::NotOpened;
     }
     if (file.size() > ConfigLimits::maxBytes) {
         return ReadResult::Refused;
     }
-    QByteArray bytes = file.readAll();
+    m_original = file.readAll();
     if (file.error() != QFileDevice::NoError) {
         return ReadResult::NotOpened;
     }
+    QByteArray bytes = withoutCarriageReturns(m_original);
     if (std::exchange(m_isWritten, false) && bytes == m_bytes) {
         return ReadResult::Parsed;
     }
@@ -84,35 +92,42 @@ ConfigFile::ReadResult ConfigFile::read()
     m_bytes = std::move(bytes);
     m_document = QDomDocument();
     const QString text = decode(m_bytes);
-    if (!isWithinLimits(text)) {
+    const MarkupExtent extent = measureMarkup(text);
+    if (!extent.isWithinLimits()) {
         return ReadResult::Refused;
     }
     if (!parse(text, m_document)) {
         return ReadResult::NotParsed;
     }
-    if (text.contains("<!ENTITY"_L1) && !isShallow(m_document, ConfigLimits::maxDepth)) {
-        return ReadResult::Refused;
-    }
-    return ReadResult::Parsed;
+    m_wantsPreparation = extent.attributes > 1 || extent.declaresEntities ||
+                         extent.hasInstructions || extent.longestText > TextForm::pieceSize;
+    return extent.declaresEntities && !isShallow(m_document, ConfigLimits::maxDepth)
+               ? ReadResult::Refused
+               : ReadResult::Parsed;
 }
 
 bool ConfigFile::write()
 {
-    normaliseAttributes(m_document);
+    const TextFormReadiness readiness =
+        m_wantsPreparation ? prepareTextForm(m_document) : TextFormReadiness();
+    if (!readiness.isLinear) {
+        return false;
+    }
     const QString text = m_document.toString(2);
     QByteArray bytes = text.toUtf8();
     if (bytes.size() > ConfigLimits::maxBytes || !isXmlText(text)) {
         return false;
     }
-    const WriteResult result = writeBytes(m_path, bytes);
+    const WriteResult result = writeBytes(m_path, bytes, QIODevice::Text);
     if (result == WriteResult::Incomplete) {
-        writeBytes(m_path, m_bytes);
+        writeBytes(m_path, m_original);
     }
     if (result != WriteResult::Written) {
         return false;
     }
+    m_original = bytes;
     m_bytes = std::move(bytes);
-    m_isWritten = true;
+    m_isWritten = !readiness.isReshaped;
     return true;
 }
 

@@ -41,9 +41,11 @@ public:
 
 private:
     QString m_path;
-    QByteArray m_bytes; ///< What the file held at the last read or write.
+    QByteArray m_original; ///< What the file held, byte by byte, at the last read or write.
+    QByteArray m_bytes;    ///< The same as text, without carriage returns.
     QDomDocument m_document;
-    bool m_isWritten = false; ///< m_bytes are the text of m_document.
+    bool m_isWritten = false;        ///< m_bytes are the text of m_document.
+    bool m_wantsPreparation = false; ///< The document holds what prepareTextForm() looks for.
 };
 
 /// Whether the file can be opened for writing. No byte is written.

@@ -2,9 +2,14 @@
 
 #include <QLatin1StringView>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
+
+constexpr qint64 indentWidth = 2;
+constexpr qint64 nodesOfAttributes = 5; ///< What having attributes adds to an element.
 
 /// Walks over the markup of a text. Every skip function starts at an opening "<" and ends behind
 /// the closing ">", or at the end of a text that lacks it; the parser refuses such a text anyway.
@@ -16,14 +21,21 @@ public:
     {
     }
 
-    bool isWithinLimits()
+    MarkupExtent measure()
     {
-        while ((m_at = m_text.indexOf(u'<', m_at)) >= 0) {
-            if (!skipMarkup()) {
-                return false;
+        while (m_extent.isWithinLimits() && m_at < m_text.size()) {
+            const qsizetype begin = m_at;
+            const qsizetype end = m_text.indexOf(u'<', begin);
+            m_at = end < 0 ? m_text.size() : end;
+            noteText(m_at - begin);
+            if (end >= 0) {
+                skipMarkup();
             }
         }
-        return true;
+        if (m_extent.declaresEntities) {
+            m_extent.references = m_text.count(u'&');
+        }
+        return m_extent;
     }
 
 private:
@@ -32,29 +44,37 @@ private:
         return m_text.sliced(m_at).startsWith(mark);
     }
 
+    void noteText(qsizetype size)
+    {
+        m_extent.longestText = std::max<qint64>(m_extent.longestText, size);
+    }
+
     void skipBehind(QLatin1StringView mark)
     {
         const qsizetype end = m_text.indexOf(mark, m_at);
         m_at = end < 0 ? m_text.size() : end + mark.size();
     }
 
-    bool skipMarkup()
+    void skipMarkup()
     {
+        const qsizetype begin = m_at;
         const QChar next = m_at + 1 < m_text.size() ? m_text[m_at + 1] : QChar();
+        m_extent.indent += indentWidth * std::max(m_depth, 0);
         if (next == u'/') {
             --m_depth;
             skipBehind(">"_L1);
-            return true;
+            return;
         }
+        ++m_extent.nodes;
         if (next == u'!') {
             skipDeclaration();
-            return true;
-        }
-        if (next == u'?') {
+            noteText(m_at - begin);
+        } else if (next == u'?') {
             skipBehind("?>"_L1);
-            return true;
+            m_extent.hasInstructions |= begin > 0; // what stands first declares the text as XML
+        } else {
+            skipStartTag();
         }
-        return skipStartTag();
     }
 
     void skipDeclaration()
@@ -82,13 +102,10 @@ private:
                 inBrackets = true;
             } else if (c == u']') {
                 inBrackets = false;
-            } else if (c == u'<' && isAt("<!--"_L1)) {
-                m_at += 4;
-                skipBehind("-->"_L1);
-                --m_at;
-            } else if (c == u'<' && isAt("<?"_L1)) {
-                skipBehind("?>"_L1);
-                --m_at;
+            } else if (c == u'%') {
+                m_extent.isUnforeseeable = true;
+            } else if (c == u'<') {
+                skipInDocumentType();
             } else if (c == u'>' && !inBrackets) {
                 ++m_at;
                 return;
@@ -96,63 +113,119 @@ private:
         }
     }
 
+    /// Ends at the last character of a comment or instruction, or at the "<" of a declaration.
+    void skipInDocumentType()
+    {
+        if (isAt("<!--"_L1)) {
+            m_at += 4;
+            skipBehind("-->"_L1);
+            --m_at;
+        } else if (isAt("<?"_L1)) {
+            skipBehind("?>"_L1);
+            --m_at;
+        } else {
+            m_extent.declaresEntities |= isAt("<!ENTITY"_L1);
+            m_extent.isUnforeseeable |= isAt("<!ATTLIST"_L1);
+        }
+    }
+
+    /// Ends at the closing quote.
     void skipQuoted(QChar quote)
     {
         const qsizetype end = m_text.indexOf(quote, m_at + 1);
-        m_at = end < 0 ? m_text.size() : end;
+        m_at = end < 0 ? m_text.size() - 1 : end;
     }
 
-    bool skipStartTag()
+    void skipStartTag()
     {
+        m_extent.depth = std::max(m_extent.depth, m_depth + 1);
         int attributes = 0;
-        for (++m_at; m_at < m_text.size(); ++m_at) {
+        for (++m_at; m_at < m_text.size() && m_text[m_at] != u'>'; ++m_at) {
             const QChar c = m_text[m_at];
             if (c == u'"' || c == u'\'') {
-                if (++attributes > ConfigLimits::maxAttributes) {
-                    return false;
-                }
+                ++attributes;
+                const qsizetype begin = m_at;
                 skipQuoted(c);
-            } else if (c == u'>') {
-                const bool isEmptyElement = m_text[m_at - 1] == u'/';
-                ++m_at;
-                return isEmptyElement ? m_depth < ConfigLimits::maxDepth
-                                      : ++m_depth <= ConfigLimits::maxDepth;
+                noteText(m_at - begin);
             }
         }
-        return true;
+        noteAttributes(attributes);
+        const bool isEmptyElement = m_text[m_at - 1] == u'/';
+        m_depth += isEmptyElement ? 0 : 1;
+        ++m_at;
+    }
+
+    void noteAttributes(int attributes)
+    {
+        if (attributes > 0) {
+            m_extent.attributes = std::max(m_extent.attributes, attributes);
+            m_extent.nodes += nodesOfAttributes + 2LL * attributes;
+        }
     }
 
     QStringView m_text;
     qsizetype m_at = 0;
-    int m_depth = 0;
+    int m_depth = 0; ///< Open elements.
+    MarkupExtent m_extent;
 };
+
+constexpr qsizetype blockSize = 64;
+
+/// The characters that nearly every text consists of; written so that the compiler looks at many of
+/// them at once.
+bool isCommon(char16_t c)
+{
+    return (static_cast<char16_t>(c - 0x20) < 0xD800 - 0x20) | (c == u'\n');
+}
+
+qsizetype countCommonBlocks(QStringView text)
+{
+    qsizetype at = 0;
+    for (; at + blockSize <= text.size(); at += blockSize) {
+        unsigned common = 1;
+        for (qsizetype i = 0; i < blockSize; ++i) {
+            common &= static_cast<unsigned>(isCommon(text.utf16()[at + i]));
+        }
+        if (common == 0) {
+            break;
+        }
+    }
+    return at;
+}
 
 bool isXmlUnit(char16_t c)
 {
     return c >= 0x20 ? c < 0xFFFE : c == u'\t' || c == u'\n' || c == u'\r';
 }
 
+bool isSurrogatePair(QStringView text)
+{
+    return text.size() >= 2 && text[0].isHighSurrogate() && text[1].isLowSurrogate();
+}
+
 } // namespace
 
-bool isWithinLimits(QStringView text)
+MarkupExtent measureMarkup(QStringView text)
 {
-    return MarkupScanner(text).isWithinLimits();
+    return MarkupScanner(text).measure();
 }
 
 bool isXmlText(QStringView text)
 {
-    for (qsizetype at = 0; at < text.size(); ++at) {
-        const char16_t c = text[at].unicode();
-        if (QChar::isSurrogate(c)) {
-            const bool isPair =
-                QChar::isHighSurrogate(c) && at + 1 < text.size() && text[at + 1].isLowSurrogate();
-            if (!isPair) {
+    while (!text.isEmpty()) {
+        text = text.sliced(countCommonBlocks(text));
+        const QStringView block = text.first(qMin<qsizetype>(text.size(), blockSize));
+        qsizetype at = 0;
+        while (at < block.size()) {
+            if (isSurrogatePair(text.sliced(at))) {
+                at += 2;
+            } else if (!text[at].isSurrogate() && isXmlUnit(text[at].unicode())) {
+                ++at;
+            } else {
                 return false;
             }
-            ++at;
-        } else if (!isXmlUnit(c)) {
-            return false;
         }
+        text = text.sliced(at);
     }
     return true;
 }
