@@ -46,7 +46,7 @@ void UaString::destroy(Block* block) noexcept
     OpcUa_Memory_Free(block);
 }
 
-char* UaString::allocate(OpcUa_Int64 length)
+char* UaString::allocate(OpcUa_Int64 length) noexcept
 {
     drop();
     m_pBlock = &s_nullBlock;
@@ -167,7 +167,7 @@ OpcUa_StatusCode UaString::detach(OpcUa_String* destination)
     return status;
 }
 
-UaString UaString::join(std::string_view left, std::string_view right)
+UaString UaString::join(std::string_view left, std::string_view right) noexcept
 {
     return compose(static_cast<OpcUa_Int64>(left.size()) + static_cast<OpcUa_Int64>(right.size()),
                    [left, right](char* text) {
@@ -176,7 +176,7 @@ UaString UaString::join(std::string_view left, std::string_view right)
                    });
 }
 
-UaString& UaString::operator+=(const UaString& other)
+UaString& UaString::operator+=(const UaString& other) noexcept
 {
     if (isNull()) {
         *this = other;
@@ -186,7 +186,7 @@ UaString& UaString::operator+=(const UaString& other)
     return *this;
 }
 
-UaString& UaString::operator+=(const char* text)
+UaString& UaString::operator+=(const char* text) noexcept
 {
     if (isNull()) {
         *this = UaString(text);
@@ -196,21 +196,21 @@ UaString& UaString::operator+=(const char* text)
     return *this;
 }
 
-UaString operator+(const UaString& left, const UaString& right)
+UaString operator+(const UaString& left, const UaString& right) noexcept
 {
     UaString sum = left;
     sum += right;
     return sum;
 }
 
-UaString operator+(const UaString& left, const char* right)
+UaString operator+(const UaString& left, const char* right) noexcept
 {
     UaString sum = left;
     sum += right;
     return sum;
 }
 
-UaString operator+(const char* left, const UaString& right)
+UaString operator+(const char* left, const UaString& right) noexcept
 {
     if (left == nullptr) {
         return right;

@@ -185,11 +185,11 @@ public:
 
     /// Appends; the result is null only if both are. When the sum is too long or memory is short, this
     /// string becomes null.
-    UaString& operator+=(const UaString& other);
-    UaString& operator+=(const char* text);
-    friend UaString operator+(const UaString& left, const UaString& right);
-    friend UaString operator+(const UaString& left, const char* right);
-    friend UaString operator+(const char* left, const UaString& right);
+    UaString& operator+=(const UaString& other) noexcept;
+    UaString& operator+=(const char* text) noexcept;
+    friend UaString operator+(const UaString& left, const UaString& right) noexcept;
+    friend UaString operator+(const UaString& left, const char* right) noexcept;
+    friend UaString operator+(const char* left, const UaString& right) noexcept;
 
     /// Equal length and bytes.
     friend bool operator==(const UaString& left, const UaString& right) noexcept
@@ -230,8 +230,8 @@ private:
         }
     }
     static void destroy(Block* block) noexcept;
-    char* allocate(OpcUa_Int64 length);
-    static UaString join(std::string_view left, std::string_view right);
+    char* allocate(OpcUa_Int64 length) noexcept;
+    static UaString join(std::string_view left, std::string_view right) noexcept;
     [[nodiscard]] UaString argText(std::string_view value, OpcUa_Int64 characters,
                                    OpcUa_Int32 fieldWidth, UaChar fill) const;
     [[nodiscard]] UaString argSigned(OpcUa_Int64 value, OpcUa_Int32 fieldWidth, OpcUa_Int32 base,

@@ -147,11 +147,10 @@ bool isInSet(const Item& set, std::string_view character)
     return member != nullptr;
 }
 
+/// Whether an item other than a run takes this character.
 bool matchesOne(const Item& item, std::string_view character)
 {
     switch (item.kind) {
-    case Kind::Literal:
-        return item.literal == character;
     case Kind::AnyCharacter:
         return true;
     case Kind::Set:
@@ -159,7 +158,7 @@ bool matchesOne(const Item& item, std::string_view character)
     case Kind::NegatedSet:
         return !isInSet(item, character);
     default:
-        return false;
+        return item.literal == character;
     }
 }
 

@@ -53,7 +53,7 @@ UaUniString::UaUniString(const char16_t* text)
 {
 }
 
-UaUniString::UaUniString(const char16_t* text, OpcUa_Int64 length)
+UaUniString::UaUniString(const char16_t* text, OpcUa_Int64 length) noexcept
     : UaUniString()
 {
     if (text == nullptr) {
@@ -72,7 +72,7 @@ void UaUniString::destroy(Block* block) noexcept
 
 /// Replaces the string by one with `length` units that aren't set yet, closed by a 0 unit; by the null
 /// string, and a null pointer, when there is no such length or memory is short.
-char16_t* UaUniString::allocate(OpcUa_Int64 length)
+char16_t* UaUniString::allocate(OpcUa_Int64 length) noexcept
 {
     *this = UaUniString();
     if (length < 0 || length > MaxLength) {
@@ -96,7 +96,7 @@ UaUniString UaUniString::fromUtf8(std::string_view text)
                    [text](char16_t* units) { UaUtf16::fromUtf8(text, units); });
 }
 
-UaString UaUniString::toUaString() const
+UaString UaUniString::toUaString() const noexcept
 {
     UaString text;
     if (!isNull()) {
@@ -190,7 +190,7 @@ UaUniString UaUniString::replaced(char16_t before, char16_t after) const
     });
 }
 
-UaUniStringList UaUniString::split(char16_t separator) const
+UaUniStringList UaUniString::split(char16_t separator) const noexcept
 {
     UaUniStringList pieces;
     if (isNull()) {
@@ -214,7 +214,7 @@ UaUniStringList UaUniString::split(char16_t separator) const
     return pieces;
 }
 
-UaUniString& UaUniString::operator+=(const UaUniString& other)
+UaUniString& UaUniString::operator+=(const UaUniString& other) noexcept
 {
     if (isNull()) {
         *this = other;
@@ -228,7 +228,7 @@ UaUniString& UaUniString::operator+=(const UaUniString& other)
     return *this;
 }
 
-UaUniString operator+(const UaUniString& left, const UaUniString& right)
+UaUniString operator+(const UaUniString& left, const UaUniString& right) noexcept
 {
     UaUniString sum = left;
     sum += right;

@@ -32,7 +32,7 @@ public:
     /// Copies units up to a 0 unit; null gives null.
     UaUniString(const char16_t* text); // implicit: a literal is a string
     /// Copies `length` units, 0 units included; a null pointer or a negative length gives null.
-    UaUniString(const char16_t* text, OpcUa_Int64 length);
+    UaUniString(const char16_t* text, OpcUa_Int64 length) noexcept;
 
     UaUniString(const UaUniString& other) noexcept
         : m_pBlock(other.m_pBlock)
@@ -92,7 +92,7 @@ public:
     }
     /// The UTF-8 form, one sequence per unit, so that surrogates pass as three bytes each; null gives
     /// null.
-    [[nodiscard]] UaString toUaString() const;
+    [[nodiscard]] UaString toUaString() const noexcept;
 
     /// Position of the first occurrence that begins at or behind `from`, -1 without one. A negative
     /// `from` counts as 0; an empty text is found at `from` up to the end.
@@ -123,7 +123,7 @@ public:
     [[nodiscard]] UaUniString replaced(char16_t before, char16_t after) const;
     /// What lies between the separators, empty pieces included: one piece more than separators. A null
     /// string has no pieces, an empty one has one. Empty also when memory is short.
-    [[nodiscard]] UaUniStringList split(char16_t separator) const;
+    [[nodiscard]] UaUniStringList split(char16_t separator) const noexcept;
 
     /// Reads a whole number in a base of 2 to 36: white space at both ends, a "+" or, for a signed
     /// type, a "-", and digits in either case. 0 and false in `*pbOk` for any other text or base, or a
@@ -152,8 +152,8 @@ public:
 
     /// Appends; the result is null only if both are. When the sum is too long or memory is short, this
     /// string becomes null.
-    UaUniString& operator+=(const UaUniString& other);
-    friend UaUniString operator+(const UaUniString& left, const UaUniString& right);
+    UaUniString& operator+=(const UaUniString& other) noexcept;
+    friend UaUniString operator+(const UaUniString& left, const UaUniString& right) noexcept;
 
     friend bool operator==(const UaUniString& left, const UaUniString& right) noexcept
     {
@@ -187,7 +187,7 @@ private:
         }
     }
     static void destroy(Block* block) noexcept;
-    char16_t* allocate(OpcUa_Int64 length);
+    char16_t* allocate(OpcUa_Int64 length) noexcept;
     [[nodiscard]] static UaUniString fromUtf8(std::string_view text);
     [[nodiscard]] static std::u16string_view trim(std::u16string_view text) noexcept;
     [[nodiscard]] UaUniString piece(std::u16string_view part) const;

@@ -43,7 +43,7 @@ UaUniString UaUniStringList::at(OpcUa_Int32 index) const noexcept
     return index >= 0 && index < m_size ? m_texts[index] : UaUniString();
 }
 
-bool UaUniStringList::reserve(OpcUa_Int32 capacity)
+bool UaUniStringList::reserve(OpcUa_Int32 capacity) noexcept
 {
     if (capacity <= m_capacity) {
         return true;
@@ -61,7 +61,7 @@ bool UaUniStringList::reserve(OpcUa_Int32 capacity)
     return true;
 }
 
-bool UaUniStringList::append(UaUniString text)
+bool UaUniStringList::append(UaUniString text) noexcept
 {
     if (m_size == m_capacity) {
         constexpr OpcUa_Int64 maximum = std::numeric_limits<OpcUa_Int32>::max();
@@ -83,7 +83,7 @@ void UaUniStringList::removeLast() noexcept
     }
 }
 
-void UaUniStringList::sort()
+void UaUniStringList::sort() noexcept
 {
     std::sort(m_texts, m_texts + m_size);
 }

@@ -27,13 +27,13 @@ public:
     [[nodiscard]] const UaUniString* end() const noexcept { return m_texts + m_size; }
 
     /// Makes room for `capacity` texts. False when memory is short; the list is as it was then.
-    bool reserve(OpcUa_Int32 capacity);
+    bool reserve(OpcUa_Int32 capacity) noexcept;
     /// Adds a text at the end. False when memory is short or the list is full; it is as it was then.
-    bool append(UaUniString text);
+    bool append(UaUniString text) noexcept;
     /// Removes the last text; nothing happens to an empty list.
     void removeLast() noexcept;
     /// Orders the texts as UaUniString does.
-    void sort();
+    void sort() noexcept;
     /// Removes all texts and frees the block.
     void clear() noexcept;
     /// All texts in their order with a unit between them; null for an empty list.
