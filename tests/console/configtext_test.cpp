@@ -1,0 +1,220 @@
+#include "console/configtext.h"
+
+#include <QDomDocument>
+#include <QHashSeed>
+#include <QRandomGenerator>
+#include <QTest>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QDomDocument parsed(const QString& text)
+{
+    QDomDocument document;
+    if (!document.setContent(text)) {
+        qFatal("not well-formed: %s", qPrintable(text.left(1000)));
+    }
+    return document;
+}
+
+/// The text of a document that was made ready; null when that would take too long.
+QString textFormOf(const QString& text)
+{
+    const QDomDocument document = parsed(text);
+    return prepareTextForm(document).isLinear ? document.toString(2) : QString();
+}
+
+QString randomText(QRandomGenerator& random, int length)
+{
+    static const QStringList pieces = {u"x"_s,    u"&amp;"_s, u"&lt;"_s,  u"]"_s,  u"]"_s,
+                                       u"&gt;"_s, u"😀"_s,     u"&#13;"_s, u"\n"_s, u"&quot;"_s};
+    QString text;
+    for (int i = 0; i < length; ++i) {
+        text += pieces[random.bounded(pieces.size())];
+    }
+    return text;
+}
+
+QString elementWith(QStringList names, QRandomGenerator& random)
+{
+    std::shuffle(names.begin(), names.end(), random);
+    QString text = u"<a"_s;
+    for (const QString& name : names) {
+        text += u" %1=\"v%1\""_s.arg(name);
+    }
+    return text + u"/>"_s;
+}
+
+} // namespace
+
+class ConfigTextTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    static void empty_document_is_ready();
+    static void plain_document_is_left_alone();
+    static void attributes_come_in_one_order_whatever_theirs_was();
+    static void written_attributes_are_a_fixed_point();
+    static void line_break_behind_an_instruction_does_not_grow_data();
+    static void line_break_behind_an_instruction_does_not_grow();
+    static void long_text_keeps_its_text_form_data();
+    static void long_text_keeps_its_text_form();
+    static void long_random_texts_keep_their_text_form();
+    static void ten_million_references_are_written();
+    static void attribute_of_many_escapes_is_refused();
+    static void changed_document_is_told();
+};
+
+void ConfigTextTest::empty_document_is_ready()
+{
+    const TextFormReadiness readiness = prepareTextForm(QDomDocument());
+    QVERIFY(readiness.isLinear);
+    QVERIFY(!readiness.isReshaped);
+}
+
+void ConfigTextTest::plain_document_is_left_alone()
+{
+    const QString text = u"<a>\n  <b>t</b>\n  <!--c-->\n  <c d=\"1\"/>\n</a>\n"_s;
+    const QDomDocument document = parsed(text);
+    const TextFormReadiness readiness = prepareTextForm(document);
+    QVERIFY(readiness.isLinear);
+    QVERIFY(!readiness.isReshaped);
+    QCOMPARE(document.toString(2), text);
+}
+
+void ConfigTextTest::attributes_come_in_one_order_whatever_theirs_was()
+{
+    QRandomGenerator random(7);
+    QStringList names;
+    for (int i = 0; i < 40; ++i) {
+        names.append(u"n%1"_s.arg(i));
+    }
+    const QString expected = textFormOf(elementWith(names, random));
+    for (int i = 0; i < 100; ++i) {
+        QCOMPARE(textFormOf(elementWith(names, random)), expected);
+    }
+    for (const QString& name : names) {
+        QVERIFY(expected.contains(u" %1=\"v%1\""_s.arg(name)));
+    }
+}
+
+void ConfigTextTest::written_attributes_are_a_fixed_point()
+{
+    QRandomGenerator random(11);
+    for (int i = 0; i < 5000; ++i) {
+        QStringList names;
+        const int count = random.bounded(i % 50 == 0 ? 300 : 20);
+        for (int n = 0; n < count; ++n) {
+            names.append(u"%1%2"_s.arg(QChar(u'a' + random.bounded(26))).arg(random.generate()));
+        }
+        names.removeDuplicates();
+        const QString first = textFormOf(elementWith(names, random));
+        QCOMPARE(textFormOf(first), first);
+    }
+}
+
+void ConfigTextTest::line_break_behind_an_instruction_does_not_grow_data()
+{
+    QTest::addColumn<QString>("text");
+
+    QTest::newRow("text behind it") << u"<a><?p d?>text</a>"_s;
+    QTest::newRow("text behind it, with a line break") << u"<a><?p d?>\n text</a>"_s;
+    QTest::newRow("only a line break behind it") << u"<a><?p d?>&#10;</a>"_s;
+    QTest::newRow("two of them") << u"<a><?p d?>\n\nx<?p d?>y<b><?p?>z</b></a>"_s;
+    QTest::newRow("element behind it") << u"<a><?p d?><b/></a>"_s;
+    QTest::newRow("comment behind it") << u"<a><?p d?><!--c-->x</a>"_s;
+    QTest::newRow("section behind it") << u"<a><?p d?><![CDATA[\nx]]></a>"_s;
+    QTest::newRow("outside the document element") << u"<?p d?><a/><?p d?>"_s;
+}
+
+void ConfigTextTest::line_break_behind_an_instruction_does_not_grow()
+{
+    QFETCH(const QString, text);
+    const QString first = textFormOf(text);
+    QCOMPARE(textFormOf(first), first);
+}
+
+void ConfigTextTest::long_text_keeps_its_text_form_data()
+{
+    QTest::addColumn<QString>("text");
+
+    const int size = TextForm::pieceSize;
+    QTest::newRow("as long as a piece") << QString(size, u'x');
+    QTest::newRow("one longer") << QString(size + 1, u'x');
+    QTest::newRow("many pieces") << QString(10 * size + 5, u'x');
+    QTest::newRow("references") << u"&amp;"_s.repeated(2 * size);
+    QTest::newRow("carriage returns") << u"&#13;"_s.repeated(2 * size);
+    QTest::newRow("brackets at the cut")
+        << QString(size - 1, u'x') + u"]]&gt;"_s + QString(size, u'x');
+    QTest::newRow("brackets right behind the cut")
+        << QString(size, u'x') + u"]]&gt;"_s + QString(size, u'x');
+    QTest::newRow("one bracket on each side")
+        << QString(size - 1, u'x') + u"]]&gt;"_s + QString(size, u'x');
+    QTest::newRow("only brackets") << QString(3 * size, u']') + u"&gt;"_s;
+    QTest::newRow("pair at the cut") << QString(size - 1, u'x') + u"😀"_s + QString(size, u'x');
+    QTest::newRow("spaces") << u"x"_s + QString(3 * size, u' ') + u"x"_s;
+    QTest::newRow("line breaks") << u"x"_s + QString(3 * size, u'\n') + u"x"_s;
+}
+
+void ConfigTextTest::long_text_keeps_its_text_form()
+{
+    QFETCH(const QString, text);
+    for (const QString& frame : {u"<a>%1</a>"_s, u"<a><b/>%1<c/></a>"_s, u"<a><!--c-->%1</a>"_s}) {
+        const QString whole = frame.arg(text);
+        const QDomDocument document = parsed(whole);
+        QVERIFY(prepareTextForm(document).isLinear);
+        QCOMPARE(document.toString(2), parsed(whole).toString(2));
+    }
+}
+
+void ConfigTextTest::long_random_texts_keep_their_text_form()
+{
+    QRandomGenerator random(13);
+    for (int i = 0; i < 100; ++i) {
+        const QString text = u"<a>"_s + randomText(random, random.bounded(20'000)) + u"</a>"_s;
+        QCOMPARE(textFormOf(text), parsed(text).toString(2));
+    }
+}
+
+void ConfigTextTest::ten_million_references_are_written()
+{
+    // Without the pieces each reference would move all that is behind it: hours.
+    const qsizetype count = 10'000'000;
+    const QString text = u"<a>"_s + u"&lt;"_s.repeated(count) + u"</a>"_s;
+    QCOMPARE(textFormOf(text).size(), text.size() + 1);
+}
+
+void ConfigTextTest::attribute_of_many_escapes_is_refused()
+{
+    const auto attribute = [](int count) {
+        return u"<a b=\""_s + u"&amp;"_s.repeated(count) + u"\"/>"_s;
+    };
+    QCOMPARE(textFormOf(attribute(20'000)), attribute(20'000) + u'\n');
+    QVERIFY(textFormOf(attribute(40'000)).isNull());
+    // However they are divided among the attributes.
+    QString many = u"<r>"_s;
+    for (int i = 0; i < 10; ++i) {
+        many += attribute(20'000);
+    }
+    QVERIFY(textFormOf(many + u"</r>"_s).isNull());
+    QVERIFY(!textFormOf(u"<a b=\""_s + QString(10'000'000, u'x') + u"\"/>"_s).isNull());
+}
+
+void ConfigTextTest::changed_document_is_told()
+{
+    QVERIFY(!prepareTextForm(parsed(u"<a b='1' c='2'><?p?><b/>x</a>"_s)).isReshaped);
+    QVERIFY(prepareTextForm(parsed(u"<a><?p?>\nx</a>"_s)).isReshaped);
+    QVERIFY(prepareTextForm(parsed(u"<a>"_s + QString(9000, u'x') + u"</a>"_s)).isReshaped);
+}
+
+int main(int argc, char** argv)
+{
+    QHashSeed::setDeterministicGlobalSeed(); // as the program does
+    ConfigTextTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "configtext_test.moc"
