@@ -8,6 +8,7 @@
 #include <QFileInfo>
 #include <QStringDecoder>
 
+#include <optional>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -99,8 +100,9 @@ ConfigFile::ReadResult ConfigFile::read()
     if (!parse(text, m_document)) {
         return ReadResult::NotParsed;
     }
-    m_wantsPreparation = extent.attributes > 1 || extent.declaresEntities ||
-                         extent.hasInstructions || extent.longestText > TextForm::pieceSize;
+    m_hasInstructions = extent.hasInstructions;
+    m_isPlain = extent.attributes <= 1 && !extent.declaresEntities && !extent.hasInstructions &&
+                extent.longestText <= TextForm::pieceSize;
     return extent.declaresEntities && !isShallow(m_document, ConfigLimits::maxDepth)
                ? ReadResult::Refused
                : ReadResult::Parsed;
@@ -108,14 +110,13 @@ ConfigFile::ReadResult ConfigFile::read()
 
 bool ConfigFile::write()
 {
-    const TextFormReadiness readiness =
-        m_wantsPreparation ? prepareTextForm(m_document) : TextFormReadiness();
-    if (!readiness.isLinear) {
+    const std::optional<QString> text =
+        m_isPlain ? m_document.toString(2) : stableTextForm(m_document);
+    if (!text || !isXmlText(*text)) {
         return false;
     }
-    const QString text = m_document.toString(2);
-    QByteArray bytes = text.toUtf8();
-    if (bytes.size() > ConfigLimits::maxBytes || !isXmlText(text)) {
+    QByteArray bytes = text->toUtf8();
+    if (bytes.size() > ConfigLimits::maxBytes) {
         return false;
     }
     const WriteResult result = writeBytes(m_path, bytes, QIODevice::Text);
@@ -127,7 +128,7 @@ bool ConfigFile::write()
     }
     m_original = bytes;
     m_bytes = std::move(bytes);
-    m_isWritten = !readiness.isReshaped;
+    m_isWritten = !m_hasInstructions; // whose line breaks belong to the texts behind them
     return true;
 }
 

@@ -44,8 +44,9 @@ private:
     QByteArray m_original; ///< What the file held, byte by byte, at the last read or write.
     QByteArray m_bytes;    ///< The same as text, without carriage returns.
     QDomDocument m_document;
-    bool m_isWritten = false;        ///< m_bytes are the text of m_document.
-    bool m_wantsPreparation = false; ///< The document holds what prepareTextForm() looks for.
+    bool m_isWritten = false; ///< m_bytes are the text of m_document.
+    bool m_hasInstructions = false;
+    bool m_isPlain = false; ///< The text form of m_document needs no care.
 };
 
 /// Whether the file can be opened for writing. No byte is written.

@@ -6,9 +6,9 @@
 
 #include <algorithm>
 
-namespace {
-
 using TextForm::pieceSize;
+
+namespace {
 
 /// Steps that escaping the attributes of one document may take, about a second's worth.
 constexpr qint64 maxEscapeSteps = 1'000'000'000;
@@ -38,9 +38,25 @@ void sortAttributes(QDomElement element)
     }
 }
 
+/// Makes the nodes of a document ready for its text form, and puts them back as they were when it
+/// goes.
 class Preparation
 {
 public:
+    Preparation() = default;
+    Preparation(const Preparation&) = delete;
+    Preparation& operator=(const Preparation&) = delete;
+
+    ~Preparation()
+    {
+        for (QDomNode& piece : m_pieces) {
+            piece.parentNode().removeChild(piece);
+        }
+        for (Changed& changed : m_changed) {
+            changed.node.setNodeValue(changed.text);
+        }
+    }
+
     bool visit(const QDomElement& element)
     {
         if (element.hasAttributes()) {
@@ -54,12 +70,13 @@ public:
         return m_steps <= maxEscapeSteps;
     }
 
-    [[nodiscard]] TextFormReadiness result() const
-    {
-        return {.isLinear = m_steps <= maxEscapeSteps, .isReshaped = m_isReshaped};
-    }
-
 private:
+    struct Changed
+    {
+        QDomText node;
+        QString text;
+    };
+
     void visitAttributes(const QDomElement& element)
     {
         const QDomNamedNodeMap attributes = element.attributes();
@@ -74,32 +91,29 @@ private:
         }
     }
 
-    void visitText(QDomText node)
+    void visitText(const QDomText& node)
     {
-        if (node.previousSibling().isProcessingInstruction() &&
-            node.nodeValue().startsWith(u'\n')) {
-            node.setNodeValue(node.nodeValue().sliced(1));
-            m_isReshaped = true;
-        }
-        if (node.nodeValue().size() > pieceSize) {
-            cut(node);
-            m_isReshaped = true;
+        const QString text = node.nodeValue();
+        const bool startsInNewLine =
+            text.startsWith(u'\n') && node.previousSibling().isProcessingInstruction();
+        if (startsInNewLine || text.size() > pieceSize) {
+            m_changed.append({node, text});
+            cut(m_changed.last(), startsInNewLine ? 1 : 0);
         }
     }
 
     /// The node keeps the last piece, so that a walk over the siblings goes on behind it.
-    static void cut(QDomText& node)
+    void cut(Changed& changed, qsizetype begin)
     {
-        const QString text = node.nodeValue();
-        QDomNode parent = node.parentNode();
-        QDomDocument document = node.ownerDocument();
-        qsizetype begin = 0;
-        while (text.size() - begin > pieceSize) {
-            const qsizetype end = endOfPiece(text, begin + pieceSize);
-            parent.insertBefore(document.createTextNode(text.sliced(begin, end - begin)), node);
+        QDomNode parent = changed.node.parentNode();
+        QDomDocument document = changed.node.ownerDocument();
+        while (changed.text.size() - begin > pieceSize) {
+            const qsizetype end = endOfPiece(changed.text, begin + pieceSize);
+            m_pieces.append(parent.insertBefore(
+                document.createTextNode(changed.text.sliced(begin, end - begin)), changed.node));
             begin = end;
         }
-        node.setNodeValue(text.sliced(begin));
+        changed.node.setNodeValue(changed.text.sliced(begin));
     }
 
     /// A ">" is escaped only behind the two brackets before it, which must stay in its piece.
@@ -111,17 +125,20 @@ private:
         return end;
     }
 
+    QList<Changed> m_changed;
+    QList<QDomNode> m_pieces;
     qint64 m_steps = 0;
-    bool m_isReshaped = false;
 };
 
 } // namespace
 
-TextFormReadiness prepareTextForm(const QDomDocument& document)
+std::optional<QString> stableTextForm(const QDomDocument& document)
 {
     Preparation preparation;
-    visitElements(document, [&preparation](const QDomElement& element, int) {
-        return preparation.visit(element);
-    });
-    return preparation.result();
+    const bool isLinear = visitElements(
+        document, [&](const QDomElement& element, int) { return preparation.visit(element); });
+    if (!isLinear) {
+        return std::nullopt;
+    }
+    return document.toString(2);
 }

@@ -1,6 +1,8 @@
 #pragma once
 
-#include <QtGlobal>
+#include <QString>
+
+#include <optional>
 
 class QDomDocument;
 
@@ -11,25 +13,18 @@ inline constexpr qsizetype pieceSize = 4096;
 
 } // namespace TextForm
 
-/// What making a document ready for its text form came to.
-struct TextFormReadiness
-{
-    /// The text form takes linear time. False when attributes hold so many characters to be escaped
-    /// that their escaping, which is quadratic, would take minutes.
-    bool isLinear = true;
-
-    /// Nodes were changed: the document is no longer the one that reading its text would give.
-    bool isReshaped = false;
-};
-
-/// Makes a document ready for QDomDocument::toString(), so that its text depends on its content
-/// alone, stays the same when it is read and written again, and takes linear time:
-/// - The attributes of every element come into an order that depends on their names. The document
-///   writes them in hash order, which also depends on the order in which they came in.
+/// QDomDocument::toString() with an indent of 2, made so that the text depends on the document's
+/// content alone, stays the same when it is read and written again, and takes linear time:
+/// - The attributes of every element come in an order that depends on their names. The document
+///   writes them in hash order, which also depends on the order in which they came in; they are put
+///   in again.
 /// - A line break that the text form puts between a processing instruction and a text is taken from
 ///   the text, which would grow by one with each time that it is written.
 /// - Long texts are cut into pieces. Each character that must be escaped moves the rest of its node:
-///   a text of ten million of them would take minutes.
+///   a text of ten million of them would take hours.
 ///
-/// A document without lists of attributes, instructions and long texts is ready as it stands.
-[[nodiscard]] TextFormReadiness prepareTextForm(const QDomDocument& document);
+/// A document without lists of attributes, instructions and long texts gets the same from
+/// toString(2). Otherwise the document is as it was when this returns, but for the order of its
+/// attributes. Nothing when attributes hold so many characters to be escaped that they, which can't
+/// be cut, would take minutes.
+[[nodiscard]] std::optional<QString> stableTextForm(const QDomDocument& document);

@@ -23,8 +23,7 @@ QDomDocument parsed(const QString& text)
 /// The text of a document that was made ready; null when that would take too long.
 QString textFormOf(const QString& text)
 {
-    const QDomDocument document = parsed(text);
-    return prepareTextForm(document).isLinear ? document.toString(2) : QString();
+    return stableTextForm(parsed(text)).value_or(QString());
 }
 
 QString randomText(QRandomGenerator& random, int length)
@@ -55,8 +54,8 @@ class ConfigTextTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    static void empty_document_is_ready();
-    static void plain_document_is_left_alone();
+    static void empty_document_has_an_empty_text();
+    static void plain_document_has_its_own_text();
     static void attributes_come_in_one_order_whatever_theirs_was();
     static void written_attributes_are_a_fixed_point();
     static void line_break_behind_an_instruction_does_not_grow_data();
@@ -66,24 +65,19 @@ private Q_SLOTS:
     static void long_random_texts_keep_their_text_form();
     static void ten_million_references_are_written();
     static void attribute_of_many_escapes_is_refused();
-    static void changed_document_is_told();
+    static void document_stays_as_it_was_data();
+    static void document_stays_as_it_was();
 };
 
-void ConfigTextTest::empty_document_is_ready()
+void ConfigTextTest::empty_document_has_an_empty_text()
 {
-    const TextFormReadiness readiness = prepareTextForm(QDomDocument());
-    QVERIFY(readiness.isLinear);
-    QVERIFY(!readiness.isReshaped);
+    QCOMPARE(stableTextForm(QDomDocument()), QString());
 }
 
-void ConfigTextTest::plain_document_is_left_alone()
+void ConfigTextTest::plain_document_has_its_own_text()
 {
     const QString text = u"<a>\n  <b>t</b>\n  <!--c-->\n  <c d=\"1\"/>\n</a>\n"_s;
-    const QDomDocument document = parsed(text);
-    const TextFormReadiness readiness = prepareTextForm(document);
-    QVERIFY(readiness.isLinear);
-    QVERIFY(!readiness.isReshaped);
-    QCOMPARE(document.toString(2), text);
+    QCOMPARE(textFormOf(text), text);
 }
 
 void ConfigTextTest::attributes_come_in_one_order_whatever_theirs_was()
@@ -165,9 +159,7 @@ void ConfigTextTest::long_text_keeps_its_text_form()
     QFETCH(const QString, text);
     for (const QString& frame : {u"<a>%1</a>"_s, u"<a><b/>%1<c/></a>"_s, u"<a><!--c-->%1</a>"_s}) {
         const QString whole = frame.arg(text);
-        const QDomDocument document = parsed(whole);
-        QVERIFY(prepareTextForm(document).isLinear);
-        QCOMPARE(document.toString(2), parsed(whole).toString(2));
+        QCOMPARE(textFormOf(whole), parsed(whole).toString(2));
     }
 }
 
@@ -204,11 +196,36 @@ void ConfigTextTest::attribute_of_many_escapes_is_refused()
     QVERIFY(!textFormOf(u"<a b=\""_s + QString(10'000'000, u'x') + u"\"/>"_s).isNull());
 }
 
-void ConfigTextTest::changed_document_is_told()
+void ConfigTextTest::document_stays_as_it_was_data()
 {
-    QVERIFY(!prepareTextForm(parsed(u"<a b='1' c='2'><?p?><b/>x</a>"_s)).isReshaped);
-    QVERIFY(prepareTextForm(parsed(u"<a><?p?>\nx</a>"_s)).isReshaped);
-    QVERIFY(prepareTextForm(parsed(u"<a>"_s + QString(9000, u'x') + u"</a>"_s)).isReshaped);
+    QTest::addColumn<QString>("text");
+
+    const QString longText = u"x&amp;"_s.repeated(9000);
+    QTest::newRow("instruction and text") << u"<a><?p?>\n\nx<b><?p?>y</b></a>"_s;
+    QTest::newRow("long text") << u"<a>"_s + longText + u"</a>"_s;
+    QTest::newRow("long texts among others")
+        << u"<a><b/>%1<c>%1</c>%1<!--c-->%1</a>"_s.arg(longText);
+    QTest::newRow("long text behind an instruction") << u"<a><?p?>\n%1</a>"_s.arg(longText);
+    QTest::newRow("attribute that is refused behind a long text")
+        << u"<a>%1<b c='%2'/></a>"_s.arg(longText, u"&amp;"_s.repeated(40'000));
+}
+
+void ConfigTextTest::document_stays_as_it_was()
+{
+    QFETCH(const QString, text);
+    const QDomDocument document = parsed(text);
+    const auto first = stableTextForm(document);
+    QCOMPARE(stableTextForm(document), first);
+
+    const QDomDocument untouched = parsed(text);
+    QDomNode expected = untouched.documentElement().firstChild();
+    for (QDomNode node = document.documentElement().firstChild(); !node.isNull();
+         node = node.nextSibling()) {
+        QCOMPARE(node.nodeType(), expected.nodeType());
+        QCOMPARE(node.nodeValue(), expected.nodeValue());
+        expected = expected.nextSibling();
+    }
+    QVERIFY(expected.isNull());
 }
 
 int main(int argc, char** argv)
