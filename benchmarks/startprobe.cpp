@@ -1,4 +1,4 @@
-// Starts, shows a window, and ends: startprobe console <file> | bare. The console starts as its main
+// Starts, shows a window, and ends at once: startprobe console <file> | bare. The console starts as its main
 // does; the bare window has three tabs and as many widgets as the console's.
 
 #include "console/commandline.h"
@@ -23,6 +23,7 @@
 #include <QTreeView>
 #include <QVBoxLayout>
 
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 
@@ -52,10 +53,11 @@ void fill(QWidget* page)
     add<QTreeView>(layout, 1);
 }
 
-void showUntilPainted(QWidget& window)
+/// Ends the process where the window is on the screen: taking it down is not part of the start.
+[[noreturn]] void endOncePainted()
 {
-    window.show();
     QCoreApplication::processEvents();
+    std::_Exit(0);
 }
 
 int runBare(int& argc, char** argv)
@@ -70,8 +72,8 @@ int runBare(int& argc, char** argv)
         tabs->addTab(page, QStringLiteral("Tab"));
     }
     window.statusBar();
-    showUntilPainted(window);
-    return 0;
+    window.show();
+    endOncePainted();
 }
 
 int runConsoleWindow(int& argc, char** argv)
@@ -89,9 +91,7 @@ int runConsoleWindow(int& argc, char** argv)
     ZandrelDialog window(QString(), QCoreApplication::arguments().at(2));
     window.show();
     application.setActivationWindow(&window);
-    QCoreApplication::processEvents();
-    UaPlatformLayer::cleanup();
-    return 0;
+    endOncePainted();
 }
 
 } // namespace
