@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <cstring>
 #include <string_view>
 
 namespace {
@@ -20,9 +19,7 @@ public:
 
     Line& operator<<(std::string_view text)
     {
-        const std::size_t size = std::min(text.size(), Limit - m_length);
-        std::memcpy(m_text.data() + m_length, text.data(), size);
-        m_length += size;
+        m_length += text.copy(m_text.data() + m_length, room());
         return *this;
     }
 
@@ -67,7 +64,8 @@ std::basic_string_view<OpcUa_Byte> bytesOf(const OpcUa_ByteString& bytes)
     return {bytes.Data, static_cast<std::size_t>(bytes.Length)};
 }
 
-/// The 38 characters of a guid's text; a missing block stands for the null guid.
+/// The 38 characters of a guid's text; a missing block stands for the null guid. The views end with
+/// the object.
 class GuidText
 {
 public:
@@ -106,7 +104,7 @@ UaString xmlOpaque(OpcUa_UInt16 namespaceIndex, const OpcUa_ByteString& identifi
     const OpcUa_Int64 length = static_cast<OpcUa_Int64>(start.size()) +
                                UaBase64::encodedLength(static_cast<OpcUa_Int64>(bytes.size()));
     return UaString::compose(length, [&](char* text) {
-        std::memcpy(text, start.data(), start.size());
+        start.copy(text, start.size());
         UaBase64::encode(bytes.data(), bytes.size(), text + start.size());
     });
 }
@@ -120,10 +118,8 @@ UaString UaNodeId::toString(const OpcUa_NodeId& nodeId)
         return (Line() << nodeId.Identifier.Numeric).toString();
     case OpcUa_IdentifierType_String:
         return UaString(&nodeId.Identifier.String);
-    case OpcUa_IdentifierType_Guid: {
-        const std::string_view text = GuidText(nodeId.Identifier.Guid).withBraces();
-        return {text.data(), static_cast<OpcUa_Int64>(text.size())};
-    }
+    case OpcUa_IdentifierType_Guid:
+        return (Line() << GuidText(nodeId.Identifier.Guid).withBraces()).toString();
     case OpcUa_IdentifierType_Opaque: {
         const auto bytes = bytesOf(nodeId.Identifier.ByteString);
         return UaHexadecimal::encode(bytes.data(), bytes.size(), false);
