@@ -14,6 +14,7 @@
 #include "stack/opcua_qualifiedname.h"
 #include "stack/opcua_scalars.h"
 #include "stack/opcua_string.h"
+#include "stack/opcua_stringparts.h"
 #include "stack/opcua_variant.h"
 
 #include <array>
@@ -30,8 +31,27 @@ enum class Kind
     Nestable, ///< Behind a pointer, and may hold further values.
 };
 
-/// The operations of one type with its pointers forgotten.
-template <typename T, auto& InitializeT, auto& ClearT, auto& CopyToT, auto& CompareT>
+template <typename T, auto& CopyToT>
+OpcUa_StatusCode copyBlock(const void* source, OpcUa_Int32 count, void* block, OpcUa_Int32* copied)
+{
+    const T* from = static_cast<const T*>(source);
+    T* to = static_cast<T*>(block);
+    OpcUa_StatusCode status = OpcUa_Good;
+    OpcUa_Int32 i = 0;
+    for (; i < count; ++i) {
+        status = CopyToT(&from[i], &to[i]);
+        if (OpcUa_IsBad(status)) {
+            break;
+        }
+    }
+    *copied = i;
+    return status;
+}
+
+/// The operations of one type with its pointers forgotten. CopyNewT is the CopyTo of that type for a
+/// destination that is known to be empty.
+template <typename T, auto& InitializeT, auto& ClearT, auto& CopyToT, auto& CompareT,
+          auto& CopyNewT = CopyToT>
 constexpr OpcUa_ElementTraits traitsOf(Kind kind)
 {
     return {sizeof(T),
@@ -45,7 +65,8 @@ constexpr OpcUa_ElementTraits traitsOf(Kind kind)
             },
             [](const void* left, const void* right) {
                 return CompareT(static_cast<const T*>(left), static_cast<const T*>(right));
-            }};
+            },
+            kind == Kind::Number || kind == Kind::Plain ? nullptr : copyBlock<T, CopyNewT>};
 }
 
 template <typename T>
@@ -64,7 +85,8 @@ constexpr OpcUa_ElementTraits traitsOfNull = {
     [](void*) {},
     [](void*) {},
     [](const void*, void*) { return OpcUa_Good; },
-    [](const void*, const void*) { return OpcUa_Int32{0}; }};
+    [](const void*, const void*) { return OpcUa_Int32{0}; },
+    nullptr};
 
 constexpr std::array<OpcUa_ElementTraits, 26> traitsByType = {
     traitsOfNull,
@@ -80,7 +102,7 @@ constexpr std::array<OpcUa_ElementTraits, 26> traitsByType = {
     traitsOfPlain<OpcUa_Float>(Kind::Number),
     traitsOfPlain<OpcUa_Double>(Kind::Number),
     traitsOf<OpcUa_String, OpcUa_String_Initialize, OpcUa_String_Clear, OpcUa_String_CopyTo,
-             OpcUa_String_Compare>(Kind::InPlace),
+             OpcUa_String_Compare, OpcUa_String_CopyToNew>(Kind::InPlace),
     traitsOfPlain<OpcUa_DateTime>(Kind::Number),
     traitsOfPlain<OpcUa_Guid>(Kind::Plain),
     traitsOf<OpcUa_ByteString, OpcUa_ByteString_Initialize, OpcUa_ByteString_Clear,

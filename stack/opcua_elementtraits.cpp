@@ -87,6 +87,21 @@ OpcUa_StatusCode copyPlain(const OpcUa_ElementTraits& traits, const void* elemen
     return OpcUa_Good;
 }
 
+/// The counterpart of a CopyBlock for types that have none.
+OpcUa_StatusCode fillBlock(const OpcUa_ElementTraits& traits, const void* elements,
+                           OpcUa_Int32 count, void* block, OpcUa_Int32* copied)
+{
+    OpcUa_StatusCode status = OpcUa_Good;
+    for (*copied = 0; *copied < count; ++*copied) {
+        status =
+            traits.CopyTo(elementAt(traits, elements, *copied), elementAt(traits, block, *copied));
+        if (OpcUa_IsBad(status)) {
+            break;
+        }
+    }
+    return status;
+}
+
 OpcUa_StatusCode copyOneByOne(const OpcUa_ElementTraits& traits, const void* elements,
                               OpcUa_Int32 count, void** copy)
 {
@@ -94,16 +109,16 @@ OpcUa_StatusCode copyOneByOne(const OpcUa_ElementTraits& traits, const void* ele
     if (block == nullptr) {
         return OpcUa_BadOutOfMemory;
     }
-    for (OpcUa_Int32 i = 0; i < count; ++i) {
-        const OpcUa_StatusCode status =
-            traits.CopyTo(elementAt(traits, elements, i), elementAt(traits, block, i));
-        if (OpcUa_IsBad(status)) {
-            OpcUa_Elements_Free(traits, block, i);
-            return status;
-        }
+    OpcUa_Int32 copied = 0;
+    const OpcUa_StatusCode status = traits.CopyBlock != nullptr
+                                        ? traits.CopyBlock(elements, count, block, &copied)
+                                        : fillBlock(traits, elements, count, block, &copied);
+    if (OpcUa_IsBad(status)) {
+        OpcUa_Elements_Free(traits, block, copied);
+        return status;
     }
     *copy = block;
-    return OpcUa_Good;
+    return status;
 }
 
 OpcUa_Int32 compareOneByOne(const OpcUa_ElementTraits& traits, const void* left, const void* right,
@@ -120,8 +135,8 @@ OpcUa_Int32 compareOneByOne(const OpcUa_ElementTraits& traits, const void* left,
 
 OpcUa_ElementTraits OpcUa_ElementTraits_FromEncodeableType(const OpcUa_EncodeableType& type)
 {
-    return {type.AllocationSize, false,      true,        true,
-            type.Initialize,     type.Clear, type.CopyTo, type.Compare};
+    return {type.AllocationSize, false,       true,         true,   type.Initialize,
+            type.Clear,          type.CopyTo, type.Compare, nullptr};
 }
 
 void OpcUa_Elements_Clear(const OpcUa_ElementTraits& traits, void* elements, OpcUa_Int32 count)

@@ -18,6 +18,11 @@ struct OpcUa_ElementTraits
     void (*Clear)(void* element);
     OpcUa_StatusCode (*CopyTo)(const void* source, void* destination);
     OpcUa_Int32 (*Compare)(const void* left, const void* right);
+    /// Copies `count` elements into a zeroed block up to the first failure and sets `copied` to the
+    /// number before it. What CopyTo would do, without a call through a pointer for each element;
+    /// null where there is no such shortcut.
+    OpcUa_StatusCode (*CopyBlock)(const void* source, OpcUa_Int32 count, void* block,
+                                  OpcUa_Int32* copied);
 };
 
 struct OpcUa_EncodeableType;

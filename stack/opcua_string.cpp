@@ -31,6 +31,37 @@ std::size_t countFollowers(unsigned char byte)
     return 0;
 }
 
+void releaseContent(OpcUa_String& string)
+{
+    if ((string.flags & OpcUa_String_OwnsContent) != 0) {
+        OpcUa_Memory_Free(string.strContent);
+    }
+    string = {};
+}
+
+/// The one way in which a text gets into a string; in the way of every copied array of strings.
+OpcUa_StatusCode copyText(const OpcUa_String* source, OpcUa_UInt32 maximum,
+                          OpcUa_String* destination)
+{
+    if (destination == nullptr || OpcUa_String_IsPlainText(destination)) {
+        return OpcUa_BadInvalidArgument;
+    }
+    const OpcUa_StringView view = OpcUa_String_View(source);
+    if (view.text == nullptr) {
+        releaseContent(*destination);
+        return OpcUa_Good;
+    }
+    // The copy is made first: the source may be the destination, or lie inside its content.
+    const OpcUa_UInt32 size = std::min(view.size, maximum);
+    char* text = OpcUa_String_DuplicateText(view.text, size);
+    releaseContent(*destination);
+    if (text == nullptr) {
+        return OpcUa_BadOutOfMemory;
+    }
+    *destination = {OpcUa_String_OwnsContent, size, text};
+    return OpcUa_Good;
+}
+
 } // namespace
 
 void OpcUa_String_Initialize(OpcUa_String* string)
@@ -42,43 +73,27 @@ void OpcUa_String_Initialize(OpcUa_String* string)
 
 void OpcUa_String_Clear(OpcUa_String* string)
 {
-    if (string == nullptr || OpcUa_String_IsPlainText(string)) {
-        return;
+    if (string != nullptr && !OpcUa_String_IsPlainText(string)) {
+        releaseContent(*string);
     }
-    if ((string->flags & OpcUa_String_OwnsContent) != 0) {
-        OpcUa_Memory_Free(string->strContent);
-    }
-    *string = {};
 }
 
 const char* OpcUa_String_GetRawString(const OpcUa_String* string)
 {
-    if (string == nullptr) {
-        return nullptr;
-    }
-    return OpcUa_String_IsPlainText(string) ? reinterpret_cast<const char*>(string)
-                                            : string->strContent;
+    return OpcUa_String_View(string).text;
 }
 
 OpcUa_UInt32 OpcUa_String_StrSize(const OpcUa_String* string)
 {
-    if (OpcUa_String_IsNull(string)) {
-        return 0;
-    }
-    if (OpcUa_String_IsPlainText(string)) {
-        return static_cast<OpcUa_UInt32>(
-            std::min(std::strlen(OpcUa_String_GetRawString(string)), OpcUa_String_MaxSize));
-    }
-    return string->uLength;
+    return OpcUa_String_View(string).size;
 }
 
 OpcUa_UInt32 OpcUa_String_StrLen(const OpcUa_String* string)
 {
-    const char* text = OpcUa_String_GetRawString(string);
-    const std::size_t size = OpcUa_String_StrSize(string);
+    const OpcUa_StringView view = OpcUa_String_View(string);
     OpcUa_UInt32 count = 0;
-    for (std::size_t i = 0; i < size; ++count) {
-        const auto byte = static_cast<unsigned char>(text[i]);
+    for (std::size_t i = 0; i < view.size; ++count) {
+        const auto byte = static_cast<unsigned char>(view.text[i]);
         i += 1 + (byte < 0xC0 ? 0 : countFollowers(byte));
     }
     return count;
@@ -86,14 +101,13 @@ OpcUa_UInt32 OpcUa_String_StrLen(const OpcUa_String* string)
 
 bool OpcUa_String_IsNull(const OpcUa_String* string)
 {
-    return string == nullptr ||
-           (!OpcUa_String_IsPlainText(string) && string->strContent == nullptr);
+    return OpcUa_String_View(string).text == nullptr;
 }
 
 bool OpcUa_String_IsEmpty(const OpcUa_String* string)
 {
-    return !OpcUa_String_IsNull(string) && !OpcUa_String_IsPlainText(string) &&
-           string->uLength == 0;
+    const OpcUa_StringView view = OpcUa_String_View(string);
+    return view.text != nullptr && view.size == 0;
 }
 
 OpcUa_StatusCode OpcUa_String_CopyTo(const OpcUa_String* source, OpcUa_String* destination)
@@ -102,26 +116,11 @@ OpcUa_StatusCode OpcUa_String_CopyTo(const OpcUa_String* source, OpcUa_String* d
         OpcUa_String_Clear(destination);
         return OpcUa_BadInvalidArgument;
     }
-    return OpcUa_String_StrnCpy(destination, source, OpcUa_String_WholeLength);
+    return copyText(source, OpcUa_String_WholeLength, destination);
 }
 
 OpcUa_StatusCode OpcUa_String_StrnCpy(OpcUa_String* destination, const OpcUa_String* source,
                                       OpcUa_UInt32 maximum)
 {
-    if (destination == nullptr || OpcUa_String_IsPlainText(destination)) {
-        return OpcUa_BadInvalidArgument;
-    }
-    if (OpcUa_String_IsNull(source)) {
-        OpcUa_String_Clear(destination);
-        return OpcUa_Good;
-    }
-    // The copy is made first: the source may be the destination, or lie inside its content.
-    const OpcUa_UInt32 size = std::min(OpcUa_String_StrSize(source), maximum);
-    char* text = OpcUa_String_DuplicateText(OpcUa_String_GetRawString(source), size);
-    OpcUa_String_Clear(destination);
-    if (text == nullptr) {
-        return OpcUa_BadOutOfMemory;
-    }
-    *destination = {OpcUa_String_OwnsContent, size, text};
-    return OpcUa_Good;
+    return copyText(source, maximum, destination);
 }

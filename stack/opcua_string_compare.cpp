@@ -37,23 +37,21 @@ OpcUa_Int32 OpcUa_String_StrnCmp(const OpcUa_String* left, const OpcUa_String* r
     if (left == nullptr || right == nullptr) {
         return left == right ? 0 : (left == nullptr ? -1 : 1);
     }
-    const char* leftText = OpcUa_String_GetRawString(left);
-    const char* rightText = OpcUa_String_GetRawString(right);
-    if (leftText == rightText) {
+    const OpcUa_StringView leftView = OpcUa_String_View(left);
+    const OpcUa_StringView rightView = OpcUa_String_View(right);
+    if (leftView.text == rightView.text) {
         return 0;
     }
-    if (leftText == nullptr || rightText == nullptr) {
-        return leftText == nullptr ? -1 : 1;
+    if (leftView.text == nullptr || rightView.text == nullptr) {
+        return leftView.text == nullptr ? -1 : 1;
     }
-    const OpcUa_UInt32 leftSize = OpcUa_String_StrSize(left);
-    const OpcUa_UInt32 rightSize = OpcUa_String_StrSize(right);
-    const OpcUa_UInt32 compared = std::min({leftSize, rightSize, maximum});
-    const int order = ignoreCase ? compareFolded(leftText, rightText, compared)
-                                 : std::strncmp(leftText, rightText, compared);
+    const OpcUa_UInt32 compared = std::min({leftView.size, rightView.size, maximum});
+    const int order = ignoreCase ? compareFolded(leftView.text, rightView.text, compared)
+                                 : std::strncmp(leftView.text, rightView.text, compared);
     if (order != 0 || compared == maximum) {
         return signOf(order);
     }
-    return signOf(OpcUa_Int64{leftSize} - OpcUa_Int64{rightSize});
+    return signOf(OpcUa_Int64{leftView.size} - OpcUa_Int64{rightView.size});
 }
 
 OpcUa_Int32 OpcUa_String_Compare(const OpcUa_String* left, const OpcUa_String* right)

@@ -104,6 +104,7 @@ TEST(Allocator, exactly_one_of_many_threads_meets_the_fault)
     {
         const AllocationFaults faults(500);
         std::vector<std::thread> threads;
+        threads.reserve(8);
         for (int i = 0; i < 8; ++i) {
             threads.emplace_back([&failures] {
                 for (int round = 0; round < 100; ++round) {

@@ -137,6 +137,7 @@ TEST(Trace, messages_of_eight_threads_arrive_whole)
     constexpr int perThread = 500;
     const TraceRecorder recorder;
     std::vector<std::thread> threads;
+    threads.reserve(8);
     for (int number = 0; number < 8; ++number) {
         threads.emplace_back([number] {
             for (int i = 0; i < perThread; ++i) {

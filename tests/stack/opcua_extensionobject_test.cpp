@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <memory>
@@ -35,7 +36,7 @@ void fillWithBytes(OpcUa_ExtensionObject& object, OpcUa_ExtensionObjectEncoding 
 {
     const std::size_t size = std::strlen(bytes);
     auto* data = static_cast<OpcUa_Byte*>(OpcUa_Memory_Alloc(size));
-    std::memcpy(data, bytes, size);
+    std::copy_n(bytes, size, data);
     object.Encoding = encoding;
     object.Body.Binary = {static_cast<OpcUa_Int32>(size), data};
     object.BodySize = static_cast<OpcUa_Int32>(size);

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <memory>
@@ -65,7 +66,7 @@ NodeId makeOpaque(const char* bytes, OpcUa_UInt16 namespaceIndex = 0)
     if (bytes != nullptr) {
         const std::size_t size = std::strlen(bytes);
         auto* data = static_cast<OpcUa_Byte*>(OpcUa_Memory_Alloc(size));
-        std::memcpy(data, bytes, size);
+        std::copy_n(bytes, size, data);
         nodeId->Identifier.ByteString = {static_cast<OpcUa_Int32>(size), data};
     }
     return nodeId;

@@ -28,8 +28,9 @@ TEST(Variant, initialised_one_is_all_zero)
     OpcUa_Variant variant;
     std::memset(&variant, 0xA5, sizeof(variant));
     OpcUa_Variant_Initialize(&variant);
-    const std::array<unsigned char, sizeof(OpcUa_Variant)> zero{};
-    EXPECT_EQ(std::memcmp(&variant, zero.data(), zero.size()), 0);
+    std::array<unsigned char, sizeof(OpcUa_Variant)> bytes{};
+    std::memcpy(bytes.data(), &variant, bytes.size());
+    EXPECT_THAT(bytes, testing::Each(0));
 }
 
 TEST(Variant, it_moves_by_a_plain_copy_of_its_memory)
