@@ -18,8 +18,8 @@
 
 struct PkiDeleter
 {
-    void operator()(ASN1_INTEGER* value) const noexcept { ASN1_INTEGER_free(value); }
-    void operator()(ASN1_TIME* value) const noexcept { ASN1_TIME_free(value); }
+    /// All ASN1 types that are strings inside, integers and times too.
+    void operator()(ASN1_STRING* value) const noexcept { ASN1_STRING_free(value); }
     void operator()(BIGNUM* value) const noexcept { BN_free(value); }
     void operator()(BIO* value) const noexcept { BIO_free_all(value); }
     void operator()(EVP_MD_CTX* value) const noexcept { EVP_MD_CTX_free(value); }
