@@ -109,14 +109,17 @@ private:
         set.kind = skip('^') ? Kind::NegatedSet : Kind::Set;
         const Item** end = &set.members;
         while (!skip(']')) {
-            Item* member = appendItem(&end);
-            if (!takeLiteral(member->literal)) {
+            // Read before the item is made: at the end of the pattern there is no room for one.
+            std::string_view literal;
+            if (!takeLiteral(literal)) {
                 return false;
             }
+            Item* member = appendItem(&end);
+            member->literal = literal;
             if (m_rest.starts_with('-') && !m_rest.starts_with("-]")) {
                 m_rest.remove_prefix(1);
                 std::string_view high;
-                if (!takeLiteral(high) || !isRange(member->literal, high)) {
+                if (!takeLiteral(high) || !isRange(literal, high)) {
                     return false;
                 }
                 member->rangeEnd = high.front();

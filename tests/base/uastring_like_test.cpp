@@ -201,6 +201,18 @@ TEST(StringLikes, short_pattern_takes_no_memory)
     EXPECT_TRUE(text.like(pattern));
 }
 
+TEST(StringLikes, pattern_that_fills_all_items_stays_in_bounds)
+{
+    // Every byte an item, below, at and above the length from which on memory is taken.
+    for (const std::size_t length : {2, 31, 32, 33, 100}) {
+        const UaString cutSet = ("[" + std::string(length - 1, 'a')).c_str();
+        EXPECT_FALSE(UaString("a").like(cutSet)) << length;
+        const std::string letters(length, 'a');
+        EXPECT_TRUE(UaString(letters.c_str()).like(letters.c_str())) << length;
+        EXPECT_FALSE(UaString(letters.c_str()).like((letters + "\\").c_str())) << length;
+    }
+}
+
 TEST(StringLikes, pattern_of_runs_takes_bounded_time)
 {
     // A matcher that tries every run again takes longer than any test for a few runs of these.
