@@ -40,12 +40,17 @@ bool hasText(OpcUa_Byte type)
 
 OpcUa_StatusCode changeToString(UaVariant& variant)
 {
-    const UaString text = variant.toString();
+    UaString text = variant.toString();
     if (text.isNull() && hasText(variant.type())) {
         return OpcUa_BadOutOfMemory;
     }
-    variant.setString(text);
-    return OpcUa_Good;
+    OpcUa_Variant changed = null();
+    const OpcUa_StatusCode status = text.detach(&changed.Value.String);
+    if (OpcUa_IsGood(status)) {
+        changed.Datatype = OpcUaType_String;
+        variant.attach(changed);
+    }
+    return status;
 }
 
 OpcUa_StatusCode changeToByteString(UaVariant& variant)
