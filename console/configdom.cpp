@@ -37,7 +37,7 @@ QDomElement obtainChild(QDomElement parent, const QString& name)
 void setFirstChildValue(const QDomElement& element, const QString& value)
 {
     QDomNode child = element.firstChild();
-    if (child.isCDATASection()) {
+    if (child.isText()) {
         setFirstChildText(element, value);
     } else if (canHold(child, value)) {
         child.setNodeValue(value);
@@ -46,9 +46,11 @@ void setFirstChildValue(const QDomElement& element, const QString& value)
 
 void setFirstChildText(const QDomElement& element, const QString& text)
 {
+    QDomElement parent = element;
     QDomText child = element.firstChild().toText();
-    if (child.isCDATASection() && text.contains("]]>"_L1)) {
-        QDomElement parent = element;
+    if (!child.isCDATASection() && text.isEmpty()) {
+        parent.removeChild(child);
+    } else if (child.isCDATASection() && text.contains("]]>"_L1)) {
         parent.replaceChild(element.ownerDocument().createTextNode(text), child);
     } else {
         child.setNodeValue(text);

@@ -21,8 +21,8 @@ QDomElement obtainChild(QDomElement parent, const QString& name);
 void setFirstChildValue(const QDomElement& element, const QString& value);
 
 /// Puts a new text into the first child of an element when that is a text or a CDATA section; a
-/// section that can't hold the text, because of its "]]>", becomes a plain text. Any other element
-/// takes nothing.
+/// section that can't hold the text, because of its "]]>", becomes a plain text. An empty text takes
+/// the child away, as reading it from the file would. Any other element takes nothing.
 void setFirstChildText(const QDomElement& element, const QString& text);
 
 /// Appends a child element that holds one text node.

@@ -129,6 +129,9 @@ void ConfigDomTest::value_that_a_node_cannot_hold_leaves_a_readable_text_data()
     QTest::addColumn<QString>("value");
     QTest::addColumn<QString>("expected");
 
+    QTest::newRow("empty text") << u"old"_s << QString() << QString();
+    QTest::newRow("empty text before others") << u"old<b/>"_s << QString() << u"<b/>"_s;
+    QTest::newRow("empty section") << u"<![CDATA[old]]>"_s << QString() << u"<![CDATA[]]>"_s;
     QTest::newRow("end of CDATA becomes a text")
         << u"<![CDATA[old]]>"_s << u"a]]>b"_s << u"a]]&gt;b"_s;
     QTest::newRow("text") << u"old"_s << u"a]]>b"_s << u"a]]&gt;b"_s;
@@ -148,7 +151,7 @@ void ConfigDomTest::value_that_a_node_cannot_hold_leaves_a_readable_text()
 
     const QDomDocument document = parsed(u"<r>"_s + content + u"</r>"_s);
     setFirstChildValue(document.documentElement(), value);
-    QCOMPARE(lineOf(document), u"<r>"_s + expected + u"</r>"_s);
+    QCOMPARE(lineOf(document), expected.isEmpty() ? u"<r/>"_s : u"<r>"_s + expected + u"</r>"_s);
     parsed(lineOf(document));
 }
 

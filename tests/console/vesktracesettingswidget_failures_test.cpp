@@ -250,4 +250,4 @@ void VeskTraceSettingsFailuresTest::folder_name_is_no_file()
 }
 
 QTEST_MAIN(VeskTraceSettingsFailuresTest)
-#include "vesktracesettingsfailures_test.moc"
+#include "vesktracesettingswidget_failures_test.moc"

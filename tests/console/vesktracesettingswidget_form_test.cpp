@@ -311,4 +311,4 @@ void VeskTraceSettingsFormTest::wheel_changes_only_what_has_the_focus()
 }
 
 QTEST_MAIN(VeskTraceSettingsFormTest)
-#include "vesktracesettingsform_test.moc"
+#include "vesktracesettingswidget_form_test.moc"

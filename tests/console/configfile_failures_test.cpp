@@ -428,4 +428,4 @@ void ConfigFileFailuresTest::failed_write_can_be_repeated()
 }
 
 ZANDREL_TEST_MAIN(ConfigFileFailuresTest)
-#include "configfilefailures_test.moc"
+#include "configfile_failures_test.moc"
