@@ -1,6 +1,7 @@
 #include "base/uastring.h"
 
 #include "base/uabytestring.h"
+#include "base/utf16.h"
 #include "platform/allocator.h"
 #include "platform/status.h"
 
@@ -77,12 +78,7 @@ char* UaString::allocate(OpcUa_Int64 length) noexcept
 
 OpcUa_Int32 UaString::size() const noexcept
 {
-    const std::string_view text = view();
-    OpcUa_Int32 count = 0;
-    for (std::size_t i = 0; i < text.size(); ++count) {
-        i += UaChar::announcedLength(text[i]);
-    }
-    return count;
+    return static_cast<OpcUa_Int32>(UaUtf16::countUnits(view()));
 }
 
 OpcUa_Int32 UaString::byteOffset(OpcUa_Int32 index) const noexcept

@@ -59,6 +59,10 @@ constexpr UnitsRow unitsRows[] = {
      "\xE2"
      "abz",
      u"\uFFFDz"},
+    {"ascii_of_several_words", "0123456789abcdef0123456789", u"0123456789abcdef0123456789"},
+    {"wide_character_in_each_word", "0123456\xC3\xA9 01234567\xC3\xA9 0123456789",
+     u"0123456\u00E9 01234567\u00E9 0123456789"},
+    {"cut_lead_behind_a_word", "01234567\xE2", u"01234567\uFFFD"},
     {"cut_lead_at_the_end", "a\xE2\x82", u"a\uFFFD"},
     {"overlong_nul_makes_no_nul", "\xC0\x80", u"\uFFFD"},
     {"overlong_slash_makes_no_slash", "\xC0\xAF", u"\uFFFD"},
