@@ -47,6 +47,68 @@ QString elementWith(QStringList names, QRandomGenerator& random)
     return text + u"/>"_s;
 }
 
+template <std::size_t size>
+QString anyOf(const char16_t* const (&choices)[size], QRandomGenerator& random)
+{
+    return QString::fromUtf16(choices[random.bounded(static_cast<int>(size))]);
+}
+
+QString randomElement(QRandomGenerator& random, int depth);
+
+QString randomContent(QRandomGenerator& random, int depth)
+{
+    static constexpr const char16_t* comments[] = {u"<!--c-->", u"<!---->", u"<!-- a\n-->"};
+    static constexpr const char16_t* instructions[] = {u"<?p?>", u"<?p d?>", u"<?p d e ?>"};
+    static constexpr const char16_t* sections[] = {u"<![CDATA[]]>", u"<![CDATA[ \n]]>",
+                                                   u"<![CDATA[<a>&]]>", u"<![CDATA[]]]]>"};
+    switch (random.bounded(8)) {
+    case 0:
+        return anyOf(comments, random);
+    case 1:
+        return anyOf(instructions, random);
+    case 2:
+        return anyOf(sections, random);
+    case 3:
+    case 4:
+        return randomText(random, random.bounded(6));
+    case 5:
+        return QString(random.bounded(4), u' ');
+    default:
+        return randomElement(random, depth + 1);
+    }
+}
+
+QString randomElement(QRandomGenerator& random, int depth)
+{
+    static constexpr const char16_t* values[] = {
+        u"", u"x", u" ", u"&amp;", u"&quot;'", u"&#9;&#10;&#13;", u"&lt;>]]>", u"\n\t", u"журнал"};
+    QString text = u"<e"_s;
+    for (const QString& name : {u" b"_s, u" a"_s, u" p:c"_s, u" xmlns"_s, u" ж"_s}) {
+        if (random.bounded(3) == 0) {
+            text += name + u"=\""_s + anyOf(values, random) + u'"';
+        }
+    }
+    text += u'>';
+    for (int count = depth > 5 ? 0 : random.bounded(5); count > 0; --count) {
+        text += randomContent(random, depth);
+    }
+    return text + u"</e>"_s;
+}
+
+QString randomDocument(QRandomGenerator& random)
+{
+    static constexpr const char16_t* beginnings[] = {
+        u"",
+        u"<?xml version='1.0' encoding='UTF-8'?>",
+        u"<?xml version=\"1.0\" encoding=\"ISO-8859-1\" standalone=\"yes\"?>\n",
+        u"<!-- c -->\n<?p d?>",
+        u"<!DOCTYPE e>",
+        u"<!DOCTYPE e PUBLIC \"p'\" 's\"'>",
+        u"<!DOCTYPE e [<!ENTITY i '&#38;amp;<e/>'><!NOTATION n SYSTEM 'x'>]>"};
+    static constexpr const char16_t* ends[] = {u"", u"\n\n", u"<!--c-->", u"<?p?>\n<!---->"};
+    return anyOf(beginnings, random) + randomElement(random, 0) + anyOf(ends, random);
+}
+
 } // namespace
 
 class ConfigTextTest : public QObject
@@ -58,6 +120,7 @@ private Q_SLOTS:
     static void plain_document_has_its_own_text();
     static void attributes_come_in_one_order_whatever_theirs_was();
     static void written_attributes_are_a_fixed_point();
+    static void written_documents_are_a_fixed_point();
     static void line_break_behind_an_instruction_does_not_grow_data();
     static void line_break_behind_an_instruction_does_not_grow();
     static void long_text_keeps_its_text_form_data();
@@ -109,6 +172,19 @@ void ConfigTextTest::written_attributes_are_a_fixed_point()
         const QString first = textFormOf(elementWith(names, random));
         QCOMPARE(textFormOf(first), first);
     }
+}
+
+void ConfigTextTest::written_documents_are_a_fixed_point()
+{
+    QRandomGenerator random(17);
+    int differing = 0;
+    for (int i = 0; i < 3000; ++i) {
+        const QString document = randomDocument(random);
+        const QString first = textFormOf(document);
+        QCOMPARE(textFormOf(first), first);
+        differing += parsed(first).toString(2) == first ? 0 : 1;
+    }
+    QVERIFY(differing > 100); // the document's own text form isn't one
 }
 
 void ConfigTextTest::line_break_behind_an_instruction_does_not_grow_data()
