@@ -1,0 +1,67 @@
+# cmake -DPAGE=<page> -DFOLDER=<folder of the tests> -P check_docs.cmake
+# The examples of a page are compiled: each ```cpp block of it must stand, apart from indentation,
+# between "// docs begin" and "// docs end" in a docs_values_*_test.cpp, and each such stretch must
+# stand in the page.
+
+# Gathers the stretches of `text` between two marks, without indentation, as <result>_1 ..
+# <result>_<n>, and their count as <result>. Lists are avoided: code holds semicolons.
+function(gather result text begin end)
+    set(count 0)
+    string(FIND "${text}" "${begin}" from)
+    while(NOT from EQUAL -1)
+        string(LENGTH "${begin}" skipped)
+        math(EXPR from "${from} + ${skipped}")
+        string(SUBSTRING "${text}" ${from} -1 text)
+        string(FIND "${text}" "${end}" to)
+        if(to EQUAL -1)
+            message(FATAL_ERROR "\"${begin}\" without its end")
+        endif()
+        string(SUBSTRING "${text}" 0 ${to} block)
+        string(SUBSTRING "${text}" ${to} -1 text)
+        string(REGEX REPLACE "\n[ \t]+" "\n" block "\n${block}")
+        string(STRIP "${block}" block)
+        math(EXPR count "${count} + 1")
+        set(${result}_${count} "${block}" PARENT_SCOPE)
+        string(FIND "${text}" "${begin}" from)
+    endwhile()
+    set(${result} ${count} PARENT_SCOPE)
+endfunction()
+
+file(READ "${PAGE}" page)
+gather(quoted "${page}" "```cpp\n" "```")
+
+set(tested 0)
+file(GLOB sources "${FOLDER}/docs_values_*_test.cpp")
+foreach(source IN LISTS sources)
+    file(READ "${source}" text)
+    gather(found "${text}" "// docs begin\n" "// docs end")
+    if(found EQUAL 0)
+        message(SEND_ERROR "${source} has no examples")
+    endif()
+    foreach(i RANGE 1 ${found})
+        math(EXPR tested "${tested} + 1")
+        set(tested_${tested} "${found_${i}}")
+    endforeach()
+endforeach()
+
+# Reports each stretch of one kind that is none of the other.
+function(require_each kind count other otherCount complaint)
+    foreach(i RANGE 1 ${count})
+        set(isFound FALSE)
+        foreach(j RANGE 1 ${otherCount})
+            if("${${kind}_${i}}" STREQUAL "${${other}_${j}}")
+                set(isFound TRUE)
+            endif()
+        endforeach()
+        if(NOT isFound)
+            message(SEND_ERROR "${complaint}:\n${${kind}_${i}}")
+        endif()
+    endforeach()
+endfunction()
+
+if(quoted EQUAL 0 OR tested EQUAL 0)
+    message(FATAL_ERROR "${quoted} examples in ${PAGE}, ${tested} in the tests")
+endif()
+require_each(quoted ${quoted} tested ${tested} "In ${PAGE}, but in no test")
+require_each(tested ${tested} quoted ${quoted} "In a test, but not in ${PAGE}")
+message(STATUS "${quoted} examples are tested")
