@@ -1,6 +1,7 @@
 #pragma once
 
 #include <openssl/bio.h>
+#include <openssl/encoder.h>
 #include <openssl/err.h>
 #include <openssl/evp.h>
 
@@ -14,6 +15,7 @@ struct OpenSslDeleter
     void operator()(EVP_CIPHER_CTX* context) const { EVP_CIPHER_CTX_free(context); }
     void operator()(EVP_PKEY* key) const { EVP_PKEY_free(key); }
     void operator()(EVP_PKEY_CTX* context) const { EVP_PKEY_CTX_free(context); }
+    void operator()(OSSL_ENCODER_CTX* context) const { OSSL_ENCODER_CTX_free(context); }
 };
 
 template <typename Handle>

@@ -61,7 +61,7 @@ OpcUa_StatusCode makeLocks()
 {
     const int count = CRYPTO_num_locks();
     state.locks = static_cast<OpcUa_Mutex*>(
-        OpcUa_Memory_AllocZeroed(static_cast<std::size_t>(count), sizeof(OpcUa_Mutex)));
+        OpcUa_Memory_AllocZeroed(static_cast<std::size_t>(count), sizeof(*state.locks)));
     if (state.locks == nullptr) {
         OpcUa_Trace(
             OpcUa_TraceLevel_Error,

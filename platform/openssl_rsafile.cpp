@@ -1,5 +1,4 @@
 #include "platform/allocator.h"
-#include "platform/cryptobytes.h"
 #include "platform/openssl_rsa.h"
 #include "platform/openssl_rsakey.h"
 #include "platform/privatefile.h"
@@ -108,20 +107,14 @@ OpcUa_StatusCode OpcUa_P_OpenSSL_RSA_LoadPrivateKey(const char* path, OpcUa_Int3
     if (key == nullptr) {
         return OpcUa_Bad;
     }
-    if (EVP_PKEY_is_a(key.get(), "RSA") != 1) {
+    if (EVP_PKEY_get_base_id(key.get()) != EVP_PKEY_RSA) {
         return OpcUa_BadNotSupported;
     }
-    const int length = i2d_PrivateKey(key.get(), nullptr);
-    if (length <= 0) {
-        return OpcUa_Bad;
+    const OpcUa_StatusCode status = encodeRsaKey(key.get(), EVP_PKEY_KEYPAIR, privateKey->Key);
+    if (OpcUa_IsNotBad(status)) {
+        privateKey->Type = OpcUa_Crypto_KeyType_Rsa_Private;
     }
-    if (!hasRoom(privateKey->Key, static_cast<OpcUa_UInt32>(length))) {
-        return OpcUa_BadInvalidArgument;
-    }
-    privateKey->Type = OpcUa_Crypto_KeyType_Rsa_Private;
-    privateKey->Key.Length = length;
-    unsigned char* end = privateKey->Key.Data;
-    return end == nullptr || i2d_PrivateKey(key.get(), &end) == length ? OpcUa_Good : OpcUa_Bad;
+    return status;
 }
 
 OpcUa_StatusCode OpcUa_P_OpenSSL_RSA_SavePrivateKey(const char* path, OpcUa_Int32 format,

@@ -4,7 +4,12 @@
 #include "platform/openssl_rsa.h"
 #include "platform/status.h"
 
+#include <openssl/crypto.h>
+#include <openssl/encoder.h>
 #include <openssl/rsa.h>
+
+#include <cstddef>
+#include <cstring>
 
 namespace {
 
@@ -36,23 +41,6 @@ constexpr OpcUa_UInt32 largestPrivateDerSize(OpcUa_UInt32 bits)
                    5 * derNumberSize(bits / 2));
 }
 
-using Encoder = int (*)(const EVP_PKEY* key, unsigned char** output);
-
-/// Writes one half of a key; the room was checked.
-OpcUa_StatusCode writeKey(const EVP_PKEY* key, Encoder encode, OpcUa_CryptoBytes& output)
-{
-    if (output.Data == nullptr) {
-        return OpcUa_Good;
-    }
-    unsigned char* end = output.Data;
-    output.Length = encode(key, &end);
-    if (output.Length <= 0) {
-        output.Length = 0;
-        return OpcUa_Bad;
-    }
-    return OpcUa_Good;
-}
-
 } // namespace
 
 bool isRsaKey(const OpcUa_Key* key, OpcUa_UInt32 type)
@@ -66,10 +54,32 @@ OpenSslPointer<EVP_PKEY> decodeRsaKey(const OpcUa_Key& key)
     const auto decode =
         key.Type == OpcUa_Crypto_KeyType_Rsa_Private ? d2i_PrivateKey : d2i_PublicKey;
     OpenSslPointer<EVP_PKEY> decoded(decode(EVP_PKEY_RSA, nullptr, &bytes, key.Key.Length));
-    if (decoded != nullptr && EVP_PKEY_is_a(decoded.get(), "RSA") != 1) {
+    if (decoded != nullptr && EVP_PKEY_get_base_id(decoded.get()) != EVP_PKEY_RSA) {
         decoded.reset();
     }
     return decoded;
+}
+
+OpcUa_StatusCode encodeRsaKey(const EVP_PKEY* key, int selection, OpcUa_CryptoBytes& output)
+{
+    const OpenSslPointer<OSSL_ENCODER_CTX> context(
+        OSSL_ENCODER_CTX_new_for_pkey(key, selection, "DER", "type-specific", nullptr));
+    unsigned char* der = nullptr;
+    std::size_t length = 0;
+    if (context == nullptr || OSSL_ENCODER_to_data(context.get(), &der, &length) != 1) {
+        output.Length = 0;
+        return OpcUa_Bad;
+    }
+    OpcUa_StatusCode status = OpcUa_BadInvalidArgument;
+    if (hasRoom(output, static_cast<OpcUa_UInt32>(length))) {
+        if (output.Data != nullptr) {
+            std::memcpy(output.Data, der, length);
+        }
+        output.Length = static_cast<OpcUa_Int32>(length);
+        status = OpcUa_Good;
+    }
+    OPENSSL_clear_free(der, length);
+    return status;
 }
 
 OpcUa_UInt32 rsaSize(const EVP_PKEY* key)
@@ -102,8 +112,14 @@ OpcUa_StatusCode OpcUa_P_OpenSSL_RSA_GenerateKeys(OpcUa_UInt32 bits, OpcUa_Key* 
         privateKey->Key.Length = 0;
         return OpcUa_Bad;
     }
-    const OpcUa_StatusCode status = writeKey(key.get(), i2d_PublicKey, publicKey->Key);
-    return OpcUa_IsBad(status) ? status : writeKey(key.get(), i2d_PrivateKey, privateKey->Key);
+    OpcUa_StatusCode status = OpcUa_Good;
+    if (publicKey->Key.Data != nullptr) {
+        status = encodeRsaKey(key.get(), EVP_PKEY_PUBLIC_KEY, publicKey->Key);
+    }
+    if (OpcUa_IsNotBad(status) && privateKey->Key.Data != nullptr) {
+        status = encodeRsaKey(key.get(), EVP_PKEY_KEYPAIR, privateKey->Key);
+    }
+    return status;
 }
 
 OpcUa_StatusCode OpcUa_P_OpenSSL_RSA_GetKeySize(const OpcUa_Key* publicKey, OpcUa_Int32* bits)
