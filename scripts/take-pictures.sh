@@ -11,50 +11,65 @@ sampleserver=$(realpath "$(dirname "$console")/../examples/sampleserver/samplese
 mkdir -p "$pictures"
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-export XDG_RUNTIME_DIR=$work/runtime QT_SCALE_FACTOR=$scale console sampleserver pictures work
-mkdir -m 700 "$XDG_RUNTIME_DIR"
-xvfb-run -a -s "-screen 0 1920x1440x24" bash -euo pipefail <<'SCRIPT'
+mkdir -m 700 "$work/runtime"
+export XDG_RUNTIME_DIR=$work/runtime QT_SCALE_FACTOR=$scale console sampleserver pictures work scale
+unset QT_QPA_PLATFORM
+timeout 120 xvfb-run -a -s "-screen 0 1920x1440x24" bash -euo pipefail <<'SCRIPT'
+trap 'jobs -p | xargs -r kill 2>/dev/null; wait 2>/dev/null' EXIT
+openbox --sm-disable >"$work/openbox.log" 2>&1 &
+until xdotool get_desktop >/dev/null 2>&1; do sleep 0.05; done
+
+start() {
+    "$console" "$@" 2>>"$work/log" &
+    program=$!
+}
+stop() {
+    kill "$program"
+    wait "$program" 2>/dev/null || true
+}
 window() { xdotool search --sync --onlyvisible --name "$1" | tail -n 1; }
-settle() { sleep 0.4; } # until the toolkit has painted
-shot() { settle; import -window "$1" "$pictures/$2.png"; }
-press() { xdotool windowfocus --sync "$1" key --clearmodifiers "$2"; }
+# click <window> <x> <y>, in units of the window's layout
+click() {
+    xdotool windowactivate --sync "$1" mousemove --window "$1" \
+        "$(awk "BEGIN { print int($2 * $scale) }")" "$(awk "BEGIN { print int($3 * $scale) }")" click 1
+    sleep 0.3
+}
+# shot <window> <name>: a picture once the toolkit has painted
+shot() {
+    sleep 0.5
+    import -window "$1" "$pictures/$2.png"
+}
 
 "$sampleserver" "$work/server" >/dev/null
-"$console" -f "$work/server/ServerConfig.xml" -t "Zandrel - ServerConfig.xml" 2>"$work/log" &
+file=$work/server/ServerConfig.xml
+
+start -f "$file" -t "Zandrel - ServerConfig.xml"
 main=$(window '^Zandrel - ')
 shot "$main" endpoints
-press "$main" ctrl+Tab
+click "$main" 140 22
 shot "$main" trace
-
-# A changed trace level, then the question that the console asks when it is left.
-press "$main" ctrl+shift+Tab
-settle
-xdotool windowfocus --sync "$main" key --clearmodifiers Tab space
-press "$main" ctrl+Tab
-question=$(window '^Endpoints$')
+click "$main" 340 84
+xdotool key --clearmodifiers End x
+click "$main" 60 22
+question=$(window '^Trace Settings$')
 shot "$question" unsaved-changes
-press "$question" Return
-settle
-xdotool windowfocus --sync "$main"
-kill %1
-wait %1 2>/dev/null || true
+xdotool key Return
+sleep 0.3
+stop
 
 # A computer that has got a new name.
-sed -i 's|<Hostname>[^<]*|<Hostname>formername|' "$work/server/ServerConfig.xml"
-"$console" -f "$work/server/ServerConfig.xml" 2>>"$work/log" &
+sed -i 's|<Hostname>[^<]*|<Hostname>formername|' "$file"
+start -f "$file"
 shot "$(window '^Change in Hostname Detected$')" hostname-changed
-kill %1
-wait %1 2>/dev/null || true
+stop
 
-# A file that isn't there, and a bad command line.
-"$console" -f "$work/nowhere.xml" 2>>"$work/log" &
+start -f NoSuchServer.xml
 shot "$(window '^Configuration File Not Found$')" file-not-found
-kill %1
-wait %1 2>/dev/null || true
-"$console" -x y 2>>"$work/log" &
+stop
+
+start -x y
 shot "$(window '^Zandrel Dialog$')" usage
-kill %1
-wait %1 2>/dev/null || true
+stop
 SCRIPT
 
 echo "Pictures of the console are in $pictures:"
