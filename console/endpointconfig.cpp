@@ -8,12 +8,18 @@
 #include <QDomElement>
 #include <QHash>
 
+#include <algorithm>
+#include <utility>
+
 namespace {
 
 QString childText(const QDomElement& element, const QString& name)
 {
     return element.firstChildElement(name).text();
 }
+
+constexpr quint16 allModes =
+    MessageSecurityModeNone | MessageSecurityModeSign | MessageSecurityModeSignAndEncrypt;
 
 quint16 modeFlag(const QString& text)
 {
@@ -25,42 +31,73 @@ quint16 modeFlag(const QString& text)
     return 0;
 }
 
+/// Calls visit(child, name) for each child element. One walk is quicker than a look-up by name for
+/// each element that is wanted: a large file spends its time here.
+template <typename Visit>
+void visitChildren(const QDomElement& parent, Visit visit)
+{
+    for (QDomElement child = parent.firstChildElement(); !child.isNull();
+         child = child.nextSiblingElement()) {
+        visit(child, child.tagName());
+    }
+}
+
 SecurityRecord readSecuritySetting(const QDomElement& element)
 {
-    SecurityRecord setting{childText(element, ConfigElement::SecurityPolicy), 0};
-    for (QDomElement mode = element.firstChildElement(ConfigElement::MessageSecurityMode);
-         !mode.isNull(); mode = mode.nextSiblingElement(ConfigElement::MessageSecurityMode)) {
-        setting.messageSecurityModes |= modeFlag(mode.text());
-    }
+    SecurityRecord setting;
+    bool hasPolicy = false;
+    visitChildren(element, [&](const QDomElement& child, const QString& name) {
+        if (name == ConfigElement::MessageSecurityMode) {
+            setting.messageSecurityModes |= modeFlag(child.text());
+        } else if (!hasPolicy && name == ConfigElement::SecurityPolicy) {
+            setting.securityPolicy = child.text();
+            hasPolicy = true;
+        }
+    });
     return setting;
 }
 
-/// Settings in the order in which their policies come first. Finds a policy by hash: a file may hold
-/// hundreds of thousands of settings.
-QList<SecurityRecord> readSecuritySettings(const QDomElement& endpoint)
+/// Finds the record of a policy by hash: a file may hold hundreds of thousands of settings.
+class SettingsByPolicy
 {
-    QList<SecurityRecord> settings;
-    QHash<QString, qsizetype> positions;
-    for (QDomElement element = endpoint.firstChildElement(ConfigElement::SecuritySetting);
-         !element.isNull(); element = element.nextSiblingElement(ConfigElement::SecuritySetting)) {
-        const SecurityRecord setting = readSecuritySetting(element);
-        const auto known = positions.constFind(setting.securityPolicy);
-        if (known == positions.constEnd()) {
-            positions.insert(setting.securityPolicy, settings.size());
-            settings.append(setting);
+public:
+    void add(const SecurityRecord& setting)
+    {
+        const auto known = m_positions.constFind(setting.securityPolicy);
+        if (known == m_positions.constEnd()) {
+            m_positions.insert(setting.securityPolicy, m_settings.size());
+            m_settings.append(setting);
         } else {
-            settings[*known].messageSecurityModes |= setting.messageSecurityModes;
+            m_settings[*known].messageSecurityModes |= setting.messageSecurityModes;
         }
     }
-    return settings;
-}
+
+    [[nodiscard]] QList<SecurityRecord> take() { return std::move(m_settings); }
+
+private:
+    QList<SecurityRecord> m_settings;
+    QHash<QString, qsizetype> m_positions;
+};
 
 EndpointRecord readEndpoint(const QDomElement& element)
 {
+    std::optional<QString> url;
+    std::optional<QString> stackUrl;
+    SettingsByPolicy settings;
+    visitChildren(element, [&](const QDomElement& child, const QString& name) {
+        if (name == ConfigElement::SecuritySetting) {
+            settings.add(readSecuritySetting(child));
+        } else if (!url && name == ConfigElement::Url) {
+            url = child.text();
+        } else if (!stackUrl && name == ConfigElement::StackUrl) {
+            stackUrl = child.text();
+        }
+    });
+
     EndpointRecord endpoint;
-    endpoint.url = childText(element, ConfigElement::Url);
-    endpoint.stackUrl = childText(element, ConfigElement::StackUrl);
-    endpoint.securitySettings = readSecuritySettings(element);
+    endpoint.url = url.value_or(QString());
+    endpoint.stackUrl = stackUrl.value_or(QString());
+    endpoint.securitySettings = settings.take();
     endpoint.protocol = endpointProtocol(endpoint.url, endpoint.stackUrl);
     if (endpoint.stackUrl.isEmpty()) {
         endpoint.stackUrl = endpoint.url;
@@ -112,6 +149,47 @@ void writeEndpoint(const QDomElement& element, const EndpointRecord& endpoint)
     }
 }
 
+/// Whether a text that is put into the element is all that is read from it.
+bool takesText(const QDomElement& element)
+{
+    const QDomNode child = element.firstChild();
+    return child.isText() && child.nextSibling().isNull();
+}
+
+bool takesUrls(const QDomElement& endpoint)
+{
+    const QDomElement stackUrl = endpoint.firstChildElement(ConfigElement::StackUrl);
+    return takesText(endpoint.firstChildElement(ConfigElement::Url)) &&
+           (stackUrl.isNull() || takesText(stackUrl));
+}
+
+bool settingsReadAsTheyAre(const QList<SecurityRecord>& settings)
+{
+    // More policies than a server has aren't worth a search of their own.
+    constexpr qsizetype usualPolicies = 16;
+    if (settings.size() > usualPolicies) {
+        return false;
+    }
+    for (auto setting = settings.begin(); setting != settings.end(); ++setting) {
+        const auto isSamePolicy = [&](const SecurityRecord& other) {
+            return other.securityPolicy == setting->securityPolicy;
+        };
+        if (setting->messageSecurityModes > allModes ||
+            std::any_of(settings.begin(), setting, isSamePolicy)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// Whether an endpoint, once written, is read as the same record.
+bool readsAsItIs(const EndpointRecord& endpoint)
+{
+    return !endpoint.stackUrl.isEmpty() &&
+           endpoint.protocol == endpointProtocol(endpoint.url, endpoint.stackUrl) &&
+           settingsReadAsTheyAre(endpoint.securitySettings);
+}
+
 int portOf(const QString& url)
 {
     const std::optional<EndpointUrlParts> parts = parseEndpointUrl(url);
@@ -143,20 +221,24 @@ QList<int> readEndpointPorts(const QDomElement& serverConfig)
     return ports;
 }
 
-void writeEndpoints(QDomElement serverConfig, const QList<EndpointRecord>& endpoints)
+QList<EndpointRecord> writeEndpoints(QDomElement serverConfig,
+                                     const QList<EndpointRecord>& endpoints)
 {
-    // The template loses its settings before it is copied rather than each copy after.
     const QDomElement pattern = serverConfig.firstChildElement(ConfigElement::UaEndpoint);
+    if (pattern.isNull()) {
+        return {};
+    }
+    // The template loses its settings before it is copied rather than each copy after.
     removeChildren(serverConfig, ConfigElement::UaEndpoint);
     removeChildren(pattern, ConfigElement::SecuritySetting);
-    if (pattern.isNull()) {
-        return;
-    }
     for (const EndpointRecord& endpoint : endpoints) {
         const QDomElement element = pattern.cloneNode().toElement();
         writeEndpoint(element, endpoint);
         serverConfig.appendChild(element);
     }
+    const bool readsAsWritten =
+        takesUrls(pattern) && std::all_of(endpoints.begin(), endpoints.end(), readsAsItIs);
+    return readsAsWritten ? endpoints : readEndpoints(serverConfig);
 }
 
 std::optional<UserLogon> readUserLogon(const QDomElement& serverConfig)

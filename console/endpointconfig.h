@@ -25,7 +25,11 @@ class QDomElement;
 /// security settings: whatever else an endpoint holds is taken from the first one for all of them,
 /// and they stand behind everything else. The stack URL goes in only where it differs from the URL.
 /// A URL element without a text takes none. Without an endpoint to copy nothing is written.
-void writeEndpoints(QDomElement serverConfig, const QList<EndpointRecord>& endpoints);
+///
+/// Returns what readEndpoints() reads from the element now. Mostly that is what was given, and the
+/// document needn't be walked again.
+QList<EndpointRecord> writeEndpoints(QDomElement serverConfig,
+                                     const QList<EndpointRecord>& endpoints);
 
 /// Which logon the server allows.
 struct UserLogon

@@ -30,16 +30,18 @@ void EndpointTable::resizeColumnsToContents()
     if (!model()) {
         return;
     }
-    for (int column = 0; column < VeskServerConfigModel::ColumnCount; ++column) {
-        resizeColumnToContents(column);
-    }
-    // The number of the last row is the widest, but only the first rows were measured.
+    // The number of the last row is the widest, and all rows have the same width of icons.
+    header()->setResizeContentsPrecision(1);
+    resizeColumnToContents(VeskServerConfigModel::NumberColumn);
+    resizeColumnToContents(VeskServerConfigModel::SecurityColumn);
     const QModelIndex last =
         model()->index(model()->rowCount() - 1, VeskServerConfigModel::NumberColumn);
     const int lastWidth = sizeHintForIndex(last).width();
     if (lastWidth > columnWidth(VeskServerConfigModel::NumberColumn)) {
         setColumnWidth(VeskServerConfigModel::NumberColumn, lastWidth);
     }
+    header()->setResizeContentsPrecision(measuredRows);
+    resizeColumnToContents(VeskServerConfigModel::ProtocolColumn);
     fitUrlColumn();
 }
 

@@ -139,20 +139,26 @@ void VeskServerConfigWidget::setConfigFile(const QString& configFile)
 void VeskServerConfigWidget::sltLoadConfiguration()
 {
     ConfigFile file(m_configFile);
-    load(file);
+    load(file, QDomElement(), {});
 }
 
-void VeskServerConfigWidget::load(ConfigFile& file)
+void VeskServerConfigWidget::load(ConfigFile& file, const QDomElement& written,
+                                  const QList<EndpointRecord>& endpoints)
 {
     const QList<int> openPorts =
         m_firewallMode == FirewallModeNone ? QList<int>() : openFirewallPorts();
     if (file.read() == ConfigFile::ReadResult::Parsed) {
-        showConfiguration(file.root().firstChildElement(ConfigElement::UaServerConfig), openPorts);
+        const QDomElement serverConfig =
+            file.root().firstChildElement(ConfigElement::UaServerConfig);
+        showConfiguration(serverConfig,
+                          serverConfig == written ? endpoints : readEndpoints(serverConfig),
+                          openPorts);
     }
     ui->treeView_endpoints->resizeColumnsToContents();
 }
 
 void VeskServerConfigWidget::showConfiguration(const QDomElement& serverConfig,
+                                               const QList<EndpointRecord>& endpoints,
                                                const QList<int>& openPorts)
 {
     m_pModel->clear();
@@ -163,7 +169,7 @@ void VeskServerConfigWidget::showConfiguration(const QDomElement& serverConfig,
             m_firewallPorts.append({port, openPorts.contains(port)});
         }
     }
-    m_pModel->addEndpoints(readEndpoints(serverConfig));
+    m_pModel->addEndpoints(endpoints);
     showUserLogon(serverConfig);
     selectRow(0);
     updateRemoveButton();
@@ -186,9 +192,9 @@ void VeskServerConfigWidget::sltSaveConfiguration()
     }
     const QDomElement serverConfig = file.root().firstChildElement(ConfigElement::UaServerConfig);
     // The last row can't be removed: no row means that the file's endpoints were never shown.
-    if (m_pModel->rowCount() > 0) {
-        writeEndpoints(serverConfig, m_pModel->endpoints());
-    }
+    const QList<EndpointRecord> written = m_pModel->rowCount() > 0
+                                              ? writeEndpoints(serverConfig, m_pModel->endpoints())
+                                              : readEndpoints(serverConfig);
     writeUserLogon(serverConfig, {ui->checkBox_allowAnonymous->isChecked(),
                                   ui->checkBox_allowLocalUsers->isChecked()});
     if (!file.write()) {
@@ -198,7 +204,7 @@ void VeskServerConfigWidget::sltSaveConfiguration()
         alignFirewall();
     }
     Q_EMIT changesSaved();
-    load(file);
+    load(file, serverConfig, written);
 }
 
 void VeskServerConfigWidget::setDirty(bool dirty)

@@ -141,8 +141,12 @@ private:
     void makePolicyLine(int row);
     void setUpKeyboard();
 
-    void load(ConfigFile& file);
-    void showConfiguration(const QDomElement& serverConfig, const QList<int>& openPorts);
+    void showConfiguration(const QDomElement& serverConfig, const QList<EndpointRecord>& endpoints,
+                           const QList<int>& openPorts);
+
+    /// Loads the file. The endpoints below the element written are known already, in case the file
+    /// still holds that document.
+    void load(ConfigFile& file, const QDomElement& written, const QList<EndpointRecord>& endpoints);
     void showUserLogon(const QDomElement& serverConfig);
     void setDirty(bool dirty);
     void alignFirewall();

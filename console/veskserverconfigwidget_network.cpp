@@ -170,6 +170,7 @@ void VeskServerConfigWidget::sltProtocolChanged(int iIndex)
     setDirty(true);
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the slot is known by this signature.
 void VeskServerConfigWidget::sltNetworkNameEdited(QString sNetworkName)
 {
     const QString url = formUrl(sNetworkName);
@@ -188,7 +189,8 @@ void VeskServerConfigWidget::sltPortChanged(int iPort)
 {
     const int row = currentRow();
     const EndpointRecord endpoint = m_pModel->endpoint(row);
-    const QString url = withEndpointPort(endpoint.url, iPort);
+    const QString url =
+        row < 0 ? formUrl(ui->lineEdit_networkName->text()) : withEndpointPort(endpoint.url, iPort);
     m_pModel->setUrl(row, url);
     m_pModel->setStackUrl(row, withEndpointPort(endpoint.stackUrl, iPort));
     ui->label_endpointUrl->setText(url);
