@@ -21,7 +21,7 @@ inline constexpr qsizetype pieceSize = 4096;
 /// - A line break that the text form puts between a processing instruction and a text is taken from
 ///   the text, which would grow by one with each time that it is written.
 /// - Long texts are cut into pieces. Each character that must be escaped moves the rest of its node:
-///   a text of ten million of them would take hours.
+///   a text of five million of them would take a quarter of an hour.
 ///
 /// A document without lists of attributes, instructions and long texts gets the same from
 /// toString(2). Otherwise the document is as it was when this returns, but for the order of its
