@@ -9,7 +9,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr qint64 indentWidth = 2;
-constexpr qint64 nodesOfAttributes = 5; ///< What having attributes adds to an element.
 
 /// Walks over the markup of a text. Every skip function starts at an opening "<" and ends behind
 /// the closing ">", or at the end of a text that lacks it; the parser refuses such a text anyway.
@@ -139,7 +138,7 @@ private:
     void skipStartTag()
     {
         m_extent.depth = std::max(m_extent.depth, m_depth + 1);
-        int attributes = 0;
+        qint64 attributes = 0;
         for (++m_at; m_at < m_text.size() && m_text[m_at] != u'>'; ++m_at) {
             const QChar c = m_text[m_at];
             if (c == u'"' || c == u'\'') {
@@ -155,11 +154,11 @@ private:
         ++m_at;
     }
 
-    void noteAttributes(int attributes)
+    void noteAttributes(qint64 attributes)
     {
         if (attributes > 0) {
             m_extent.attributes = std::max(m_extent.attributes, attributes);
-            m_extent.nodes += nodesOfAttributes + 2LL * attributes;
+            m_extent.nodes += 5 + 2 * attributes + attributes * attributes / 50;
         }
     }
 

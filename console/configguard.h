@@ -12,9 +12,10 @@ struct ConfigLimits
     static constexpr int maxDepth = 500;
     static constexpr int maxAttributes = 1000;
 
-    /// Elements, comments, sections and instructions. By the memory that they take, an element with
-    /// attributes counts as six and each attribute as two.
-    static constexpr qint64 maxNodes = 4'000'000;
+    /// Elements, comments, sections and instructions. By the memory and the time that they take, an
+    /// element with attributes counts as six, each attribute as two, and a fiftieth of the square of
+    /// their number is added.
+    static constexpr qint64 maxNodes = 2'000'000;
 
     /// Characters that the text form puts before its nodes as their indent, by an upper bound.
     static constexpr qint64 maxIndent = 2 * maxBytes;
@@ -28,7 +29,7 @@ struct ConfigLimits
 struct MarkupExtent
 {
     int depth = 0;          ///< Of the deepest element.
-    int attributes = 0;     ///< Of the element that has most.
+    qint64 attributes = 0;  ///< Of the element that has most.
     qint64 nodes = 0;       ///< As ConfigLimits::maxNodes counts them.
     qint64 indent = 0;      ///< As ConfigLimits::maxIndent counts it.
     qint64 longestText = 0; ///< Of the texts, sections, comments and attribute values.

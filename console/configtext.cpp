@@ -2,9 +2,10 @@
 
 #include "console/domwalk.h"
 
-#include <QStringList>
+#include <QList>
 
 #include <algorithm>
+#include <utility>
 
 using TextForm::pieceSize;
 
@@ -18,22 +19,26 @@ bool isEscaped(QChar c)
     return c == u'&' || c == u'<' || c == u'"' || c == u'\r' || c == u'\n' || c == u'\t';
 }
 
-void sortAttributes(QDomElement element)
+/// Each access to an attribute by its number takes a walk, so that this is done once.
+QList<QDomAttr> attributesOf(const QDomElement& element)
 {
     const QDomNamedNodeMap attributes = element.attributes();
-    QStringList names;
-    names.reserve(attributes.count());
+    QList<QDomAttr> list;
+    list.reserve(attributes.count());
     for (int i = 0; i < attributes.count(); ++i) {
-        names.append(attributes.item(i).nodeName());
+        list.append(attributes.item(i).toAttr());
     }
-    std::sort(names.begin(), names.end());
+    return list;
+}
 
-    QList<QDomAttr> sorted;
-    sorted.reserve(names.size());
-    for (const QString& name : names) {
-        sorted.append(element.removeAttributeNode(element.attributeNode(name)));
+void sortAttributes(QDomElement element, QList<QDomAttr>& attributes)
+{
+    std::sort(attributes.begin(), attributes.end(),
+              [](const QDomAttr& a, const QDomAttr& b) { return a.name() < b.name(); });
+    for (const QDomAttr& attribute : std::as_const(attributes)) {
+        element.removeAttributeNode(attribute);
     }
-    for (const QDomAttr& attribute : sorted) {
+    for (const QDomAttr& attribute : std::as_const(attributes)) {
         element.setAttributeNode(attribute);
     }
 }
@@ -79,15 +84,15 @@ private:
 
     void visitAttributes(const QDomElement& element)
     {
-        const QDomNamedNodeMap attributes = element.attributes();
-        for (int i = 0; i < attributes.count(); ++i) {
-            const QString value = attributes.item(i).nodeValue();
+        QList<QDomAttr> attributes = attributesOf(element);
+        for (const QDomAttr& attribute : std::as_const(attributes)) {
+            const QString value = attribute.value();
             if (value.size() > pieceSize) {
                 m_steps += value.size() * std::count_if(value.begin(), value.end(), isEscaped);
             }
         }
-        if (attributes.count() > 1) {
-            sortAttributes(element);
+        if (attributes.size() > 1) {
+            sortAttributes(element, attributes);
         }
     }
 

@@ -104,24 +104,25 @@ void ConfigGuardTest::depth_is_limited()
 void ConfigGuardTest::attributes_are_limited_data()
 {
     QTest::addColumn<QString>("text");
-    QTest::addColumn<int>("attributes");
+    QTest::addColumn<qint64>("attributes");
     QTest::addColumn<bool>("isWithin");
 
-    QTest::newRow("none") << u"<a/>"_s << 0 << true;
-    QTest::newRow("1000") << withAttributes(1000) << 1000 << true;
-    QTest::newRow("1001") << withAttributes(1001) << 1001 << false;
-    QTest::newRow("1001 in apostrophes") << withAttributes(1001, u'\'') << 1001 << false;
+    QTest::newRow("none") << u"<a/>"_s << qint64(0) << true;
+    QTest::newRow("1000") << withAttributes(1000) << qint64(1000) << true;
+    QTest::newRow("1001") << withAttributes(1001) << qint64(1001) << false;
+    QTest::newRow("1001 in apostrophes") << withAttributes(1001, u'\'') << qint64(1001) << false;
     QTest::newRow("a thousand on each of two")
-        << u"<r>"_s + withAttributes(1000).repeated(2) + u"</r>"_s << 1000 << true;
-    QTest::newRow("quotes in the values") << u"<a b=\"'''\" c='\"\"'/>"_s << 2 << true;
-    QTest::newRow("angle brackets in the values") << u"<a b='/>' c='<d e=\"\">'/>"_s << 2 << true;
-    QTest::newRow("100,000") << withAttributes(100'000) << 100'000 << false;
+        << u"<r>"_s + withAttributes(1000).repeated(2) + u"</r>"_s << qint64(1000) << true;
+    QTest::newRow("quotes in the values") << u"<a b=\"'''\" c='\"\"'/>"_s << qint64(2) << true;
+    QTest::newRow("angle brackets in the values")
+        << u"<a b='/>' c='<d e=\"\">'/>"_s << qint64(2) << true;
+    QTest::newRow("100,000") << withAttributes(100'000) << qint64(100'000) << false;
 }
 
 void ConfigGuardTest::attributes_are_limited()
 {
     QFETCH(const QString, text);
-    QFETCH(const int, attributes);
+    QFETCH(const qint64, attributes);
     QFETCH(const bool, isWithin);
 
     const MarkupExtent extent = measureMarkup(text);
@@ -258,6 +259,9 @@ void ConfigGuardTest::attributes_weigh_more_than_elements()
     QCOMPARE(measureMarkup(u"<a/>").nodes, 1);
     QCOMPARE(measureMarkup(u"<a b=''/>").nodes, 8);
     QCOMPARE(measureMarkup(u"<a b='' c=''/>").nodes, 10);
+    QCOMPARE(measureMarkup(withAttributes(1000)).nodes, 1 + 5 + 2000 + 20'000);
+    QVERIFY(isWithin(withAttributes(1000).repeated(90)));
+    QVERIFY(!isWithin(withAttributes(1000).repeated(91)));
     const qsizetype limit = ConfigLimits::maxNodes / 8;
     QVERIFY(isWithin(u"<a b=''/>"_s.repeated(limit)));
     QVERIFY(!isWithin(u"<a b=''/>"_s.repeated(limit + 1)));
