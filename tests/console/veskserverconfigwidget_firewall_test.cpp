@@ -21,6 +21,16 @@ QByteArray onPorts(const QList<int>& ports)
     return serverConfig(xml);
 }
 
+/// As text: comparing empty lists of numbers is undefined in Qt's own header.
+QString numbers(const QList<int>& ports)
+{
+    QStringList texts;
+    for (const int port : ports) {
+        texts.append(QString::number(port));
+    }
+    return texts.join(u' ');
+}
+
 /// The changes among the calls of a firewall.
 QStringList changesOf(const FirewallRecord& record)
 {
@@ -79,8 +89,10 @@ private Q_SLOTS:
         QFETCH(const int, mode);
         QFETCH(const QList<FirewallPortEntry>, entries);
         const FirewallChanges changes = firewallChanges(open, mode, entries);
-        QTEST(changes.toOpen, "toOpen");
-        QTEST(changes.toClose, "toClose");
+        QFETCH(const QList<int>, toOpen);
+        QFETCH(const QList<int>, toClose);
+        QCOMPARE(numbers(changes.toOpen), numbers(toOpen));
+        QCOMPARE(numbers(changes.toClose), numbers(toClose));
     }
 
     void mode_0_calls_nothing()

@@ -14,6 +14,8 @@
 #include <QLineEdit>
 #include <QMetaMethod>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSpinBox>
 #include <QSplitter>
 #include <QToolButton>
@@ -151,6 +153,20 @@ private Q_SLOTS:
         for (int i = 0; i < tab.adapter().count(); ++i) {
             QVERIFY(!tab.adapter().itemData(i).isValid());
         }
+    }
+
+    void adapter_combo_offers_the_computers_own_adapters_unless_told_otherwise()
+    {
+        QStringList expected = {u"All"_s};
+        for (const NetworkAdapter& adapter : networkAdapters()) {
+            if (!adapter.isLoopback && !adapter.addresses.isEmpty()) {
+                expected.append(adapter.name);
+            }
+        }
+        expected.append(u"Local Only"_s);
+        const VeskServerConfigWidget widget(QString(), FirewallModeNone, u"UA Port"_s);
+        const auto* combo = widget.findChild<QComboBox*>(u"comboBox_networkAdapter"_s);
+        QCOMPARE(EndpointsTab::items(*combo), expected);
     }
 
     void adapter_combo_without_any_adapter_has_two_items()
@@ -405,6 +421,37 @@ private Q_SLOTS:
                 QVERIFY(table.columnWidth(column) >= table.sizeHintForIndex(index).width());
             }
         }
+    }
+
+    void long_adapter_name_pushes_nothing_out()
+    {
+        const EndpointsTab usual(oneEndpoint);
+        const EndpointsTab tab(
+            oneEndpoint, FirewallModeNone, nullptr, []() -> QList<NetworkAdapter> {
+                return {{QString(500, u'n'), false, {QHostAddress(u"10.1.1.1"_s)}}};
+            });
+        QCOMPARE(tab.adapter().count(), 3);
+        QCOMPARE(tab.widget->minimumSizeHint(), usual.widget->minimumSizeHint());
+    }
+
+    void low_window_scrolls_the_settings_up_and_down_alone()
+    {
+        const EndpointsTab tab(
+            serverConfig(endpointXml("opc.tcp://h:1", {}, settingXml("Basic256Sha256", {"Sign"}))));
+        auto& area = tab.child<QScrollArea>("scrollArea");
+        QVERIFY(!area.verticalScrollBar()->isVisible());
+        tab.widget->resize(tab.widget->minimumSizeHint().width(), 300);
+        QTRY_VERIFY(area.verticalScrollBar()->isVisible());
+        QVERIFY(area.widget()->width() >= area.widget()->minimumSizeHint().width());
+        QCOMPARE(area.widget()->width(), area.viewport()->width());
+
+        // What is out of sight comes into it with the focus.
+        QComboBox& last = tab.modes("Basic256Sha256");
+        QVERIFY(last.visibleRegion().isEmpty());
+        tab.policy("Basic256Sha256").setFocus();
+        QTest::keyClick(&tab.policy("Basic256Sha256"), Qt::Key_Tab);
+        QVERIFY(last.hasFocus());
+        QCOMPARE(last.visibleRegion().boundingRect(), last.rect());
     }
 
     // Mouse wheel
