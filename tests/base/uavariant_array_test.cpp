@@ -98,7 +98,7 @@ TYPED_TEST(VariantArrays, setter_of_an_empty_array_makes_an_array_without_a_bloc
 TYPED_TEST(VariantArrays, detach_moves_the_block_and_leaves_the_array_empty)
 {
     using Array = typename TypeParam::ArrayType;
-    if constexpr (TypeParam::Detach != nullptr) {
+    if constexpr (UaVariantDetachableSource<Array>) {
         Array source = this->filled();
         UaVariant variant = text("old");
         (variant.*TypeParam::Detach)(source, false);

@@ -104,7 +104,7 @@ TYPED_TEST(VariantMatrices, setter_copies_elements_and_dimensions_and_getter_giv
 TYPED_TEST(VariantMatrices, detach_moves_the_block_and_copies_the_dimensions)
 {
     using Array = typename TypeParam::ArrayType;
-    if constexpr (TypeParam::DetachMatrix != nullptr) {
+    if constexpr (UaVariantDetachableSource<Array>) {
         Array source = this->filled();
         const UaInt32Array dimensions = sizes({3, 2});
         UaVariant variant = text("old");
@@ -128,7 +128,7 @@ TYPED_TEST(VariantMatrices, refused_dimensions_leave_variant_and_array)
     UaVariant variant = text("old");
     EXPECT_EQ(nameOf((variant.*TypeParam::CopyMatrix)(source, sizes({2, 2}))),
               "BadInvalidArgument");
-    if constexpr (TypeParam::DetachMatrix != nullptr) {
+    if constexpr (UaVariantDetachableSource<Array>) {
         EXPECT_EQ(nameOf((variant.*TypeParam::DetachMatrix)(source, sizes({7}), true)),
                   "BadInvalidArgument");
     }
@@ -221,7 +221,7 @@ TYPED_TEST(VariantMatrices, every_failed_allocation_leaves_the_targets)
                       EXPECT_EQ(targetDimensions, sizes({9}));
                   }),
               2u);
-    if constexpr (TypeParam::DetachMatrix != nullptr) {
+    if constexpr (UaVariantDetachableSource<Array>) {
         Array moved = this->filled();
         UaVariant taker = text("old");
         EXPECT_EQ(forEveryFailingAllocation(
