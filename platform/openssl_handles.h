@@ -21,13 +21,14 @@ struct OpenSslDeleter
 template <typename Handle>
 using OpenSslPointer = std::unique_ptr<Handle, OpenSslDeleter>;
 
-/// Empties the library's error queue of this thread at both ends of a function, so that what is found
-/// in it belongs to the function and nothing is left for the next caller.
+/// Takes what a function adds to the library's error queue of this thread out again at its end, so
+/// that nothing of ours is left for the next caller and nothing of the caller's is lost.
 class OpenSslErrorScope
 {
 public:
-    OpenSslErrorScope() { ERR_clear_error(); }
-    ~OpenSslErrorScope() { ERR_clear_error(); }
+    // An empty queue takes no mark; going back to it then empties the queue again.
+    OpenSslErrorScope() { ERR_set_mark(); }
+    ~OpenSslErrorScope() { ERR_pop_to_mark(); }
     OpenSslErrorScope(const OpenSslErrorScope&) = delete;
     OpenSslErrorScope& operator=(const OpenSslErrorScope&) = delete;
 };

@@ -60,8 +60,10 @@ void deleteLocks()
 OpcUa_StatusCode makeLocks()
 {
     const int count = CRYPTO_num_locks();
+    // NOLINTNEXTLINE(bugprone-sizeof-expression): the handles themselves are the elements
+    constexpr std::size_t handleSize = sizeof(OpcUa_Mutex);
     state.locks = static_cast<OpcUa_Mutex*>(
-        OpcUa_Memory_AllocZeroed(static_cast<std::size_t>(count), sizeof(*state.locks)));
+        OpcUa_Memory_AllocZeroed(static_cast<std::size_t>(count), handleSize));
     if (state.locks == nullptr) {
         OpcUa_Trace(
             OpcUa_TraceLevel_Error,

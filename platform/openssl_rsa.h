@@ -72,7 +72,8 @@ OpcUa_P_OpenSSL_RSA_PrivateDecrypt(const OpcUa_Byte* input, OpcUa_UInt32 inputLe
                                    OpcUa_Byte* output, OpcUa_UInt32* outputLength);
 
 /// Signs a digest (PKCS#1 v1.5). `digestType` is the library's number of the digest's algorithm, such
-/// as 64 for SHA-1 or 672 for SHA-256. A failure of the library is traced.
+/// as 64 for SHA-1 or 672 for SHA-256. A failure of the library is traced; its error queue of this
+/// thread is empty afterwards.
 [[nodiscard]] OpcUa_StatusCode OpcUa_P_OpenSSL_RSA_PrivateSign(const OpcUa_Byte* digest,
                                                                OpcUa_UInt32 digestLength,
                                                                const OpcUa_Key* privateKey,

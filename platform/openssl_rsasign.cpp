@@ -70,6 +70,8 @@ OpcUa_StatusCode OpcUa_P_OpenSSL_RSA_PrivateSign(const OpcUa_Byte* digest,
         signature == nullptr) {
         return OpcUa_BadInvalidArgument;
     }
+    // What a caller left would be taken for the reason.
+    ERR_clear_error();
     const OpenSslErrorScope errors;
     const OpenSslPointer<EVP_PKEY> key = decodeRsaKey(*privateKey);
     if (key == nullptr) {

@@ -5,6 +5,7 @@
 #include "tests/support/eightthreads.h"
 
 #include <gtest/gtest.h>
+#include <openssl/err.h>
 
 #include <array>
 
@@ -236,6 +237,20 @@ OpcUa_StatusCode generate(const HmacRow& row, const HmacCase& input, Bytes& resu
     EXPECT_EQ(result.back(), 0xEE);
     result.pop_back();
     return status;
+}
+
+TEST(Digest, errors_that_a_caller_left_in_the_queue_stay)
+{
+    ERR_raise(ERR_LIB_USER, 42);
+    const unsigned long left = ERR_peek_last_error();
+    std::array<OpcUa_Byte, 20> result{};
+    {
+        const AllocationFaults faults(0);
+        EXPECT_EQ(OpcUa_P_OpenSSL_SHA1_Generate(bytesOf("abc"), 3, result.data()), OpcUa_Bad);
+    }
+    EXPECT_EQ(ERR_peek_last_error(), left);
+    EXPECT_EQ(ERR_get_error(), left);
+    expectEmptyErrorQueue();
 }
 
 TEST(Hmac, published_vectors_come_out_and_nothing_behind_them)
