@@ -204,9 +204,8 @@ UaUniStringList UaUniString::split(char16_t separator) const noexcept
     for (bool isLast = false; !isLast;) {
         const std::size_t end = std::min(rest.find(separator), rest.size());
         isLast = end == rest.size();
-        UaUniString text = piece(rest.substr(0, end));
         // A piece that is null failed for lack of memory.
-        if (text.isNull() || !pieces.append(std::move(text))) {
+        if (!pieces.append(piece(rest.substr(0, end))) || (pieces.end() - 1)->isNull()) {
             return {};
         }
         rest.remove_prefix(isLast ? end : end + 1);

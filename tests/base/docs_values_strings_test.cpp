@@ -37,11 +37,12 @@ TEST(DocsStrings, names_are_checked)
 TEST(DocsStrings, text_is_shared)
 {
     // docs begin
-    const UaString name = "Pump 7";                   // copies the literal once
-    const UaString copy = name;                       // shares it: one atomic increment
-    const UaString title = name + " \xE2\x80\x93 on"; // a text of its own
+    const UaString name = "Pump 7"; // copies the literal once
+    UaString title = name;          // shares it: one atomic increment
+    EXPECT_EQ(title.toOpcUaString(), name.toOpcUaString());
 
-    EXPECT_EQ(copy.toOpcUaString(), name.toOpcUaString());
+    title += " \xE2\x80\x93 on"; // a text of its own from here on
+    EXPECT_STREQ(name.toUtf8(), "Pump 7");
     EXPECT_STREQ(title.toUtf8(), "Pump 7 \xE2\x80\x93 on");
     EXPECT_EQ(title.length(), 13); // bytes
     EXPECT_EQ(title.size(), 11);   // characters

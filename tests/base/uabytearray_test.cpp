@@ -3,6 +3,7 @@
 #include "platform/allocator.h"
 #include "platform/status.h"
 #include "tests/support/allocationfaults.h"
+#include "tests/support/copyof.h"
 #include "tests/support/eightthreads.h"
 
 #include <gtest/gtest.h>
@@ -85,7 +86,7 @@ TEST(ByteArray, copies_its_source)
 TEST(ByteArray, copy_shares_the_block)
 {
     const UaByteArray first(abc, 3);
-    const UaByteArray second = first;
+    const UaByteArray second = copyOf(first);
     UaByteArray third;
     third = second;
     EXPECT_EQ(first.data(), second.data());
@@ -185,7 +186,7 @@ TEST(ByteArray, resize_without_memory_keeps_the_array)
     UaByteArray own(abc, 3);
     UaByteArray shared = own;
     UaByteArray empty;
-    const UaByteArray keeper = own;
+    const UaByteArray keeper = copyOf(own);
     {
         const NoMemory noMemory;
         EXPECT_FALSE(shared.resize(2));
@@ -426,7 +427,7 @@ TEST(ByteArray, odd_or_other_text_gives_an_empty_array)
 TEST(ByteArray, equal_is_by_size_and_bytes)
 {
     const UaByteArray array(abc, 3);
-    const UaByteArray same = array;
+    const UaByteArray same = copyOf(array);
     EXPECT_TRUE(array == same);
     EXPECT_TRUE(array == UaByteArray("abc", 3));
     EXPECT_FALSE(array == UaByteArray("abd", 3));

@@ -2,6 +2,7 @@
 #include "platform/allocator.h"
 #include "platform/status.h"
 #include "tests/support/allocationfaults.h"
+#include "tests/support/copyof.h"
 
 #include <gtest/gtest.h>
 
@@ -79,7 +80,7 @@ TEST(ByteString, copies_its_source)
 TEST(ByteString, copy_is_deep)
 {
     const UaByteString first(3, abc);
-    const UaByteString second = first;
+    const UaByteString second = copyOf(first);
     UaByteString third(2, abc);
     third = first;
     EXPECT_NE(first.data(), second.data());

@@ -3,6 +3,7 @@
 #include "platform/allocator.h"
 #include "platform/status.h"
 #include "tests/support/allocationfaults.h"
+#include "tests/support/copyof.h"
 #include "tests/support/eightthreads.h"
 
 #include <gtest/gtest.h>
@@ -48,7 +49,7 @@ TEST(String, null_strings_share_one_block)
     EXPECT_EQ(first.toOpcUaString(), second.toOpcUaString());
     UaString moved = "text";
     const UaString taken = std::move(moved);
-    // NOLINTNEXTLINE(bugprone-use-after-move): a moved-from string is null.
+    // NOLINTNEXTLINE(bugprone-use-after-move,clang-analyzer-cplusplus.Move): it is null then.
     EXPECT_EQ(moved.toOpcUaString(), first.toOpcUaString());
 }
 
@@ -140,7 +141,7 @@ TEST(String, every_length_is_kept_and_closed_by_a_nul)
 TEST(String, copy_shares_the_block)
 {
     const UaString first = "shared";
-    const UaString second = first;
+    const UaString second = copyOf(first);
     UaString third;
     third = second;
     EXPECT_EQ(first.toOpcUaString(), second.toOpcUaString());
@@ -405,7 +406,7 @@ TEST(String, appending_nothing_keeps_the_block)
 TEST(String, equal_is_by_length_and_bytes)
 {
     const UaString first = "abc";
-    const UaString same = first;
+    const UaString same = copyOf(first);
     EXPECT_TRUE(first == same);
     EXPECT_TRUE(first == UaString("abc"));
     EXPECT_FALSE(first == UaString("abd"));
@@ -438,7 +439,7 @@ TEST(String, shorter_comes_first_whatever_it_holds)
 TEST(String, equal_lengths_are_ordered_by_their_bytes)
 {
     const UaString text = "ab";
-    const UaString same = text;
+    const UaString same = copyOf(text);
     EXPECT_FALSE(text < same);
     EXPECT_FALSE(text < UaString("ab"));
     EXPECT_TRUE(text < UaString("ac"));
