@@ -91,6 +91,7 @@ void copyMany(benchmark::State& state, const std::vector<Handle>& handles)
 void String_copy_many(benchmark::State& state)
 {
     std::vector<UaString> handles;
+    handles.reserve(1000);
     for (int i = 0; i < 1000; ++i) {
         handles.push_back(UaString("text number %1").arg(i));
     }
@@ -102,6 +103,7 @@ BENCHMARK(String_copy_many);
 void String_copy_many_floor_shared_ptr(benchmark::State& state)
 {
     std::vector<std::shared_ptr<const std::string>> handles;
+    handles.reserve(1000);
     for (int i = 0; i < 1000; ++i) {
         handles.push_back(std::make_shared<const std::string>("text number " + std::to_string(i)));
     }
@@ -254,7 +256,7 @@ void ByteString_base64_floor_table_loop(benchmark::State& state)
     const UaByteString bytes = bytesOfLength(state);
     std::array<char, 256> table;
     table.fill('x');
-    const auto length = static_cast<std::size_t>((bytes.length() + 2) / 3 * 4);
+    const std::size_t length = (static_cast<std::size_t>(bytes.length()) + 2) / 3 * 4;
     for (auto _ : state) {
         const std::unique_ptr<char[]> text(new char[length + 1]);
         for (std::size_t i = 0; i < length; ++i) {
