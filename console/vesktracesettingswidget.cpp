@@ -153,6 +153,7 @@ void VeskTraceSettingsWidget::readForm(const QDomElement& trace) const
     writeTraceConfig(trace, config, m_tracePath);
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the slot is known by this signature.
 void VeskTraceSettingsWidget::sltTraceFileEdited(QString /*sFileName*/)
 {
     setDirty(true);
@@ -176,6 +177,7 @@ void VeskTraceSettingsWidget::sltAppTraceClicked(bool bEnabled)
     setDirty(true);
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the slot is known by this signature.
 void VeskTraceSettingsWidget::sltAppTraceLevelActivated(QString /*sValue*/)
 {
     setDirty(true);
@@ -189,6 +191,7 @@ void VeskTraceSettingsWidget::sltStackTraceClicked(bool bEnabled)
     setDirty(true);
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the slot is known by this signature.
 void VeskTraceSettingsWidget::sltStackTraceLevelActivated(QString /*sValue*/)
 {
     setDirty(true);

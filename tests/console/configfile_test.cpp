@@ -1,7 +1,7 @@
 #include "console/configdom.h"
 #include "console/configfile.h"
 #include "tests/support/configsample.h"
-#include "tests/support/specialfiles.h"
+#include "tests/support/unusualfiles.h"
 #include "tests/support/testmain.h"
 
 #include <QDir>

@@ -1,4 +1,4 @@
-#include "tests/support/specialfiles.h"
+#include "tests/support/unusualfiles.h"
 
 #include <QFile>
 
