@@ -42,6 +42,7 @@ void VeskServerConfigWidget::showUrl(const EndpointRecord& endpoint)
         const QSignalBlocker portBlocker(ui->spinBox_uaTcpPort);
         ui->comboBox_protocol->setCurrentIndex(parts->protocol);
         ui->lineEdit_networkName->setText(parts->host);
+        ui->lineEdit_networkName->home(false); // a long name shows its beginning
         ui->spinBox_uaTcpPort->setValue(parts->port);
     }
     if (const auto parts = parseEndpointUrl(endpoint.stackUrl)) {
