@@ -4,8 +4,10 @@
 #include <QComboBox>
 #include <QSlider>
 #include <QSpinBox>
+#include <QTest>
 #include <QVBoxLayout>
 #include <QWheelEvent>
+#include <QtTest/qtestspontaneevent.h>
 
 using namespace Qt::StringLiterals;
 
@@ -47,7 +49,9 @@ void turnWheel(QWidget* widget)
     const QPointF center = QRectF(widget->rect()).center();
     QWheelEvent event(center, widget->mapToGlobal(center), QPoint(), QPoint(0, -120), Qt::NoButton,
                       Qt::NoModifier, Qt::NoScrollPhase, false);
-    QApplication::sendEvent(widget, &event);
+    // As from the system: an event that a program sends goes to no parent.
+    QSpontaneKeyEvent::setSpontaneous(&event);
+    qApp->notify(widget, &event);
 }
 
 } // namespace
