@@ -1,6 +1,6 @@
 #include "base/uaguid.h"
 
-#include "base/hexadecimal.h"
+#include "base/guidtext.h"
 #include "base/uastring.h"
 #include "platform/allocator.h"
 #include "platform/datetime.h"
@@ -9,53 +9,6 @@
 #include "stack/opcua_datavalue.h"
 
 #include <array>
-#include <string_view>
-
-namespace {
-
-/// Reads `digits` hexadecimal digits; -1 at the first character that is none, behind which nothing is
-/// looked at.
-OpcUa_Int64 readDigits(const char* text, int digits)
-{
-    OpcUa_Int64 number = 0;
-    for (int i = 0; i < digits; ++i) {
-        const int digit = UaHexadecimal::valueOf(text[i]);
-        if (digit < 0) {
-            return -1;
-        }
-        number = number * 16 + digit;
-    }
-    return number;
-}
-
-/// Reads the form that toString prints, with all its digits. False for any other text, among which
-/// are some that the scan of the stack accepts: it allows fields to be short.
-bool readWholeForm(const char* text, OpcUa_Guid& guid)
-{
-    static constexpr std::array<int, 5> digits = {8, 4, 4, 4, 12};
-    std::array<OpcUa_Int64, digits.size()> groups{};
-    text += *text == '{' ? 1 : 0;
-    for (std::size_t i = 0; i < digits.size(); ++i) {
-        if (i > 0 && *text++ != '-') {
-            return false;
-        }
-        groups[i] = readDigits(text, digits[i]);
-        if (groups[i] < 0) {
-            return false;
-        }
-        text += digits[i];
-    }
-    guid.Data1 = static_cast<OpcUa_UInt32>(groups[0]);
-    guid.Data2 = static_cast<OpcUa_UInt16>(groups[1]);
-    guid.Data3 = static_cast<OpcUa_UInt16>(groups[2]);
-    auto rest = (static_cast<OpcUa_UInt64>(groups[3]) << 48) | static_cast<OpcUa_UInt64>(groups[4]);
-    for (std::size_t i = sizeof guid.Data4; i > 0; --i, rest >>= 8) {
-        guid.Data4[i - 1] = static_cast<OpcUa_Byte>(rest);
-    }
-    return true;
-}
-
-} // namespace
 
 UaGuid UaGuid::create() noexcept
 {
@@ -79,16 +32,12 @@ UaString UaGuid::toString() const
 
 OpcUa_StatusCode UaGuid::fromString(const UaString& text)
 {
-    return fromString(text.toUtf8());
+    return UaGuidText::read(text.view(), m_guid);
 }
 
 OpcUa_StatusCode UaGuid::fromString(const char* text) noexcept
 {
-    // The usual form is read without the scan, which takes many times as long.
-    if (text != nullptr && readWholeForm(text, m_guid)) {
-        return OpcUa_Good;
-    }
-    return OpcUa_Guid_FromString(text, &m_guid);
+    return text == nullptr ? OpcUa_Guid_FromString(text, &m_guid) : UaGuidText::read(text, m_guid);
 }
 
 void UaGuid::copyTo(OpcUa_Guid* pTarget) const noexcept

@@ -1,13 +1,12 @@
 #include "base/base64.h"
-#include "base/uaguid.h"
+#include "base/guidtext.h"
 #include "base/uanodeid.h"
 #include "base/uastring.h"
 #include "platform/status.h"
 
+#include <cstring>
 #include <limits>
-#include <optional>
 #include <string_view>
-#include <utility>
 
 namespace {
 
@@ -16,61 +15,75 @@ bool isSpace(char character)
     return character == ' ' || (character >= '\t' && character <= '\r');
 }
 
-std::string_view withoutSpaces(std::string_view text)
+/// The value of a digit; more than 9 for any other character.
+unsigned digitOf(char character)
 {
-    while (!text.empty() && isSpace(text.front())) {
-        text.remove_prefix(1);
-    }
-    return text;
+    return static_cast<unsigned char>(character - '0');
 }
 
-/// What strtoul in base 10 makes of the text with an unsigned long of 32 bits: white space and a sign
-/// may stand in front, a negative number wraps. Nothing when it would leave a rest, find no digit or
-/// report an overflow.
-std::optional<OpcUa_UInt32> readNumber(std::string_view text)
+/// A number of the text and the position behind it, which is null when there is none.
+template <typename T>
+struct Number
 {
-    text = withoutSpaces(text);
-    const bool bNegative = !text.empty() && text.front() == '-';
-    if (bNegative || (!text.empty() && text.front() == '+')) {
-        text.remove_prefix(1);
+    const char* behind;
+    T value;
+};
+
+/// The position behind white space and a sign.
+const char* skipSign(const char* position, const char* end)
+{
+    while (position != end && isSpace(*position)) {
+        ++position;
     }
-    if (text.empty()) {
-        return std::nullopt;
+    const bool bSign = position != end && (*position == '-' || *position == '+');
+    return bSign ? position + 1 : position;
+}
+
+/// Reads what strtoul in base 10 reads with an unsigned long of 32 bits: white space and a sign may
+/// stand in front, a negative number wraps. No number when strtoul would find no digit or report an
+/// overflow. In front of the position there is a character of the text.
+Number<OpcUa_UInt32> readNumber(const char* position, const char* end)
+{
+    bool bNegative = false;
+    if (position != end && digitOf(*position) > 9) {
+        position = skipSign(position, end);
+        bNegative = position[-1] == '-';
+    }
+    if (position == end || digitOf(*position) > 9) {
+        return {nullptr, 0};
     }
     OpcUa_UInt64 number = 0;
-    for (const char character : text) {
-        const auto digit = static_cast<unsigned char>(character - '0');
-        number = number * 10 + digit;
-        if (digit > 9 || number > std::numeric_limits<OpcUa_UInt32>::max()) {
-            return std::nullopt;
+    do {
+        number = number * 10 + digitOf(*position);
+        if (number > std::numeric_limits<OpcUa_UInt32>::max()) {
+            return {nullptr, 0};
         }
-    }
-    return static_cast<OpcUa_UInt32>(bNegative ? 0 - number : number);
+        ++position;
+    } while (position != end && digitOf(*position) <= 9);
+    return {position, static_cast<OpcUa_UInt32>(bNegative ? 0 - number : number)};
 }
 
-/// Takes "ns=...;" off the text. Nothing when that part is none.
-std::optional<OpcUa_UInt16> takeNamespaceIndex(std::string_view& text)
+/// Reads "ns=...;", which may be missing.
+Number<OpcUa_UInt16> readNamespaceIndex(const char* text, const char* end)
 {
-    if (text.size() < 4 || !text.starts_with("ns=")) {
-        return OpcUa_UInt16{0};
+    if (end - text < 4 || std::memcmp(text, "ns=", 3) != 0) {
+        return {text, 0};
     }
-    const std::size_t end = text.find(';', 3);
-    if (end == std::string_view::npos) {
-        return std::nullopt;
+    text += 3;
+    const Number<OpcUa_UInt32> index =
+        *text == ';' ? Number<OpcUa_UInt32>{text, 0} : readNumber(text, end);
+    if (index.behind == nullptr || index.behind == end || *index.behind != ';' ||
+        index.value > std::numeric_limits<OpcUa_UInt16>::max()) {
+        return {nullptr, 0};
     }
-    const std::string_view part = text.substr(3, end - 3);
-    const OpcUa_UInt32 index = part.empty() ? 0 : readNumber(part).value_or(0xFFFFFFFFu);
-    if (index > std::numeric_limits<OpcUa_UInt16>::max()) {
-        return std::nullopt;
-    }
-    text.remove_prefix(end + 1);
-    return static_cast<OpcUa_UInt16>(index);
+    return {index.behind + 1, static_cast<OpcUa_UInt16>(index.value)};
 }
 
 UaNodeId readNumeric(std::string_view text, OpcUa_UInt16 namespaceIndex)
 {
-    const std::optional<OpcUa_UInt32> number = readNumber(text);
-    return number ? UaNodeId(*number, namespaceIndex) : UaNodeId();
+    const char* const end = text.data() + text.size();
+    const Number<OpcUa_UInt32> number = readNumber(text.data(), end);
+    return number.behind == end ? UaNodeId(number.value, namespaceIndex) : UaNodeId();
 }
 
 UaNodeId readString(std::string_view text, OpcUa_UInt16 namespaceIndex)
@@ -82,11 +95,15 @@ UaNodeId readString(std::string_view text, OpcUa_UInt16 namespaceIndex)
     return OpcUa_IsGood(status) ? UaNodeId(borrowed) : UaNodeId();
 }
 
-/// `text` is the end of a whole text, so a NUL closes it.
-UaNodeId readGuid(const char* text, OpcUa_UInt16 namespaceIndex)
+UaNodeId readGuid(std::string_view text, OpcUa_UInt16 namespaceIndex)
 {
-    UaGuid guid;
-    return OpcUa_IsGood(guid.fromString(text)) ? UaNodeId(guid, namespaceIndex) : UaNodeId();
+    OpcUa_Guid guid;
+    if (OpcUa_IsNotGood(UaGuidText::read(text, guid))) {
+        return {};
+    }
+    OpcUa_NodeId borrowed{OpcUa_IdentifierType_Guid, namespaceIndex, {}};
+    borrowed.Identifier.Guid = &guid;
+    return UaNodeId(borrowed);
 }
 
 } // namespace
@@ -109,25 +126,26 @@ UaNodeId UaNodeId::readOpaque(std::string_view text, OpcUa_UInt16 namespaceIndex
 
 UaNodeId UaNodeId::fromXmlString(const UaString& text)
 {
-    std::string_view rest = text.view();
-    if (rest.size() < 3) {
+    const std::string_view whole = text.view();
+    if (whole.size() < 3) {
         return {};
     }
-    const std::optional<OpcUa_UInt16> namespaceIndex = takeNamespaceIndex(rest);
-    if (!namespaceIndex || rest.size() < 2 || rest[1] != '=') {
+    const char* const end = whole.data() + whole.size();
+    const auto [form, namespaceIndex] = readNamespaceIndex(whole.data(), end);
+    if (form == nullptr || end - form < 2 || form[1] != '=') {
         return {};
     }
-    const char form = rest.front();
-    rest.remove_prefix(2);
-    switch (form) {
+    // It goes to the end of the text, so a NUL follows.
+    const std::string_view identifier(form + 2, static_cast<std::size_t>(end - form - 2));
+    switch (*form) {
     case 'i':
-        return readNumeric(rest, *namespaceIndex);
+        return readNumeric(identifier, namespaceIndex);
     case 's':
-        return readString(rest, *namespaceIndex);
+        return readString(identifier, namespaceIndex);
     case 'g':
-        return readGuid(rest.data(), *namespaceIndex);
+        return readGuid(identifier, namespaceIndex);
     case 'b':
-        return readOpaque(rest, *namespaceIndex);
+        return readOpaque(identifier, namespaceIndex);
     default:
         return {};
     }
