@@ -10,6 +10,13 @@ export LSAN_OPTIONS=suppressions=$root/scripts/lsan.supp:print_suppressions=0
 export UBSAN_OPTIONS=print_stacktrace=1
 export TSAN_OPTIONS=halt_on_error=1
 
-configure_and_build "$preset"
+# Only some layers run threads; the program tests look at the release build.
+targets=()
+select=(-LE program)
+if [ "$preset" = tsan ]; then
+    targets=(platform_test platform_threads_test platform_crypto_test platform_start_test base_test)
+    select=(-L '^(platform|base)$')
+fi
+configure_and_build "$preset" "${targets[@]}"
 cd "$root"
-ctest --preset "$preset" --output-on-failure -LE program "$@"
+ctest --preset "$preset" -j "$(nproc)" --output-on-failure "${select[@]}" "$@"

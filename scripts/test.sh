@@ -7,4 +7,4 @@ set -euo pipefail
 install_packages
 configure_and_build release
 cd "$root"
-ctest --preset release --output-on-failure "$@"
+ctest --preset release -j "$(nproc)" --output-on-failure "$@"
