@@ -4,9 +4,13 @@
 include(CheckPIESupported)
 check_pie_supported()
 
+# Tests are compiled for a quick build; what they test keeps the preset's optimisation.
+set(is_test $<BOOL:$<TARGET_PROPERTY:ZANDREL_IS_TEST>>)
+
 add_library(zandrel_options INTERFACE)
 target_compile_features(zandrel_options INTERFACE cxx_std_20)
 target_compile_options(zandrel_options INTERFACE
+    $<${is_test}:-O0>
     -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wold-style-cast
     # GCC 12 takes the sum of a literal and a string for overlapping copies (its bug 105651).
     $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>
@@ -39,6 +43,6 @@ endif()
 if(NOT ZANDREL_SANITIZE)
     target_compile_options(zandrel_options INTERFACE
         -fstack-protector-strong
-        $<$<CONFIG:Release>:-U_FORTIFY_SOURCE$<SEMICOLON>-D_FORTIFY_SOURCE=2>)
+        $<$<AND:$<CONFIG:Release>,$<NOT:${is_test}>>:-U_FORTIFY_SOURCE$<SEMICOLON>-D_FORTIFY_SOURCE=2>)
     target_link_options(zandrel_options INTERFACE -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack)
 endif()

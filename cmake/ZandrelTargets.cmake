@@ -36,6 +36,7 @@ function(zandrel_test name)
     cmake_parse_arguments(arg "QT" "FOLDER" "SOURCES;LINKS;LABELS" ${ARGN})
     if(arg_QT)
         zandrel_executable(${name} QT SOURCES ${arg_SOURCES} LINKS Qt6::Test ${arg_LINKS})
+        set_target_properties(${name} PROPERTIES ZANDREL_IS_TEST ON)
         add_test(NAME ${arg_FOLDER}.${name} COMMAND ${name})
         set_tests_properties(${arg_FOLDER}.${name} PROPERTIES
             LABELS "${arg_FOLDER};gui;${arg_LABELS}"
@@ -43,6 +44,7 @@ function(zandrel_test name)
             TIMEOUT 600)
     else()
         zandrel_executable(${name} SOURCES ${arg_SOURCES} LINKS GTest::gmock_main ${arg_LINKS})
+        set_target_properties(${name} PROPERTIES ZANDREL_IS_TEST ON)
         gtest_discover_tests(${name} TEST_PREFIX "${arg_FOLDER}." DISCOVERY_TIMEOUT 120
             PROPERTIES LABELS "${arg_FOLDER};${arg_LABELS}" TIMEOUT 600)
     endif()
