@@ -1,12 +1,11 @@
 // What the console does with its configuration file, each beside the bare Qt calls on the same file.
 
-#include "resources/images.h"
-
 #include "console/configdom.h"
 #include "console/configelements.h"
 #include "console/veskserverconfigmodel.h"
 #include "console/veskserverconfigwidget.h"
 #include "console/vesktracesettingswidget.h"
+#include "resources/images.h"
 #include "valuewidgets/images/icons.h"
 
 #include <QAbstractItemView>

@@ -1,8 +1,7 @@
-#include "resources/images.h"
-
 #include "console/consoleprogram.h"
 #include "console/coredumps.h"
 #include "platform/startup/uaplatformlayer.h"
+#include "resources/images.h"
 #include "valuewidgets/images/icons.h"
 
 #include <QHashSeed>

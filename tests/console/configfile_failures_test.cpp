@@ -3,9 +3,9 @@
 #include "console/configguard.h"
 #include "tests/support/configsample.h"
 #include "tests/support/smalldisk.h"
-#include "tests/support/unusualfiles.h"
 #include "tests/support/testmain.h"
 #include "tests/support/unprivileged.h"
+#include "tests/support/unusualfiles.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,8 +1,8 @@
 #include "console/configdom.h"
 #include "console/configfile.h"
 #include "tests/support/configsample.h"
-#include "tests/support/unusualfiles.h"
 #include "tests/support/testmain.h"
+#include "tests/support/unusualfiles.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,7 +1,6 @@
 #include "tests/icons/iconlist.h"
 
 #include "resources/images.h"
-
 #include "valuewidgets/images/icons.h"
 
 #include <QFileInfo>

@@ -1,7 +1,6 @@
 // Every image path that stands in the code or in a form leads to an image.
 
 #include "resources/images.h"
-
 #include "valuewidgets/images/icons.h"
 
 #include <QDir>

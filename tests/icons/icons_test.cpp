@@ -1,7 +1,6 @@
 // The images that the resource files carry: complete, of the right size and made from the drawings.
 
 #include "resources/images.h"
-
 #include "tests/icons/iconlist.h"
 #include "valuewidgets/images/icons.h"
 

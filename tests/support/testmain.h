@@ -1,7 +1,6 @@
 #pragma once
 
 #include "resources/images.h"
-
 #include "valuewidgets/images/icons.h"
 
 #include <QApplication>
