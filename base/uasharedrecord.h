@@ -30,19 +30,13 @@ public:
 
     ~UaSharedRecord() { release(); }
 
-    UaSharedRecord& operator=(const UaSharedRecord& other) noexcept
+    UaSharedRecord& operator=(UaSharedRecord other) noexcept
     {
-        UaSharedRecord copy(other);
-        std::swap(m_pBlock, copy.m_pBlock);
+        swap(other);
         return *this;
     }
 
-    UaSharedRecord& operator=(UaSharedRecord&& other) noexcept
-    {
-        UaSharedRecord taken(std::move(other));
-        std::swap(m_pBlock, taken.m_pBlock);
-        return *this;
-    }
+    void swap(UaSharedRecord& other) noexcept { std::swap(m_pBlock, other.m_pBlock); }
 
     /// A new block with an initialised record; the empty handle when memory is short.
     [[nodiscard]] static UaSharedRecord create() noexcept

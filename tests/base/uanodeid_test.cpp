@@ -294,6 +294,7 @@ TEST(UaNodeId, copies_are_used_and_dropped_from_eight_threads)
         UaNodeId first(*sample.nodeId.toOpcUaNodeId());
         std::array<int, 8> matches{};
         std::vector<std::thread> threads;
+        threads.reserve(8);
         for (int& match : matches) {
             threads.emplace_back([&match, own = first, expected = sample.nodeId]() mutable {
                 for (int round = 0; round < 200; ++round) {

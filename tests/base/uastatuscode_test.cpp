@@ -186,6 +186,7 @@ TEST(UaStatusCode, text_is_right_or_null_when_memory_is_short)
 TEST(UaStatusCode, names_can_be_printed_from_eight_threads_from_the_first_use_on)
 {
     std::vector<std::thread> threads;
+    threads.reserve(8);
     std::array<int, 8> matches{};
     for (int& match : matches) {
         threads.emplace_back([&match] {
