@@ -6,9 +6,6 @@
 
 void* UaArray_CreateBlock(const OpcUa_ElementTraits& traits, OpcUa_Int32 length)
 {
-    if (length < 1) {
-        return nullptr;
-    }
     const auto count = static_cast<std::size_t>(length);
     auto* block = static_cast<char*>(OpcUa_Memory_AllocZeroed(count, traits.Size));
     if (block != nullptr && !traits.IsPlain) {

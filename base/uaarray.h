@@ -131,8 +131,8 @@ private:
     Element* m_pElements = nullptr;
 };
 
-/// Makes a block of `length` initialised elements, freed by OpcUa_Elements_Free; null without memory
-/// and for a length below 1.
+/// Makes a block of `length` initialised elements, at least one, freed by OpcUa_Elements_Free; null
+/// without memory.
 [[nodiscard]] void* UaArray_CreateBlock(const OpcUa_ElementTraits& traits, OpcUa_Int32 length);
 
 template <typename Traits>

@@ -7,6 +7,7 @@
 #include <limits>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 
 // Conversions to numbers.
 
@@ -96,14 +97,10 @@ OpcUa_StatusCode fromFloating(OpcUa_Byte source, OpcUa_Double value, Target& res
     return OpcUa_Good;
 }
 
-template <typename Target>
-OpcUa_StatusCode fromSigned(OpcUa_Int64 value, Target& result)
+template <typename Target, typename Source>
+OpcUa_StatusCode fromInteger(Source value, Target& result)
 {
-    constexpr auto first = static_cast<OpcUa_Int64>(std::numeric_limits<Target>::min());
-    const bool isBelow = value < first;
-    const bool isAbove = value > 0 && static_cast<OpcUa_UInt64>(value) >
-                                          OpcUa_UInt64{std::numeric_limits<Target>::max()};
-    if (isBelow || isAbove) {
+    if (!std::in_range<Target>(value)) {
         return OpcUa_BadOutOfRange;
     }
     result = static_cast<Target>(value);
@@ -123,17 +120,7 @@ OpcUa_StatusCode fromInt64(OpcUa_Int64 value, OpcUa_Byte& result)
 template <typename Target>
 OpcUa_StatusCode fromInt64(OpcUa_Int64 value, Target& result)
 {
-    return fromSigned(value, result);
-}
-
-template <typename Target>
-OpcUa_StatusCode fromUnsigned(OpcUa_UInt64 value, Target& result)
-{
-    if (value > OpcUa_UInt64{std::numeric_limits<Target>::max()}) {
-        return OpcUa_BadOutOfRange;
-    }
-    result = static_cast<Target>(value);
-    return OpcUa_Good;
+    return fromInteger(value, result);
 }
 
 /// Digits of a hexadecimal text that a target takes; Byte takes none.
@@ -148,13 +135,13 @@ OpcUa_StatusCode fromText(std::string_view text, Target& result)
     }
     if constexpr (std::is_signed_v<Target>) {
         OpcUa_Int64 value = 0;
-        return UaNumberRead::readSigned(text, value) ? fromSigned(value, result)
+        return UaNumberRead::readSigned(text, value) ? fromInteger(value, result)
                                                      : OpcUa_BadOutOfRange;
     } else {
         OpcUa_UInt64 value = 0;
         const bool isRead = UaNumberRead::readUnsigned(text, value) ||
                             UaNumberRead::readHexadecimal(text, hexadecimalDigits<Target>, value);
-        return isRead ? fromUnsigned(value, result) : OpcUa_BadOutOfRange;
+        return isRead ? fromInteger(value, result) : OpcUa_BadOutOfRange;
     }
 }
 
@@ -167,21 +154,21 @@ OpcUa_StatusCode toInteger(const OpcUa_Variant& variant, Target& result)
         result = value.Boolean != OpcUa_False ? 1 : 0;
         return OpcUa_Good;
     case OpcUaType_SByte:
-        return fromSigned(value.SByte, result);
+        return fromInteger(value.SByte, result);
     case OpcUaType_Byte:
-        return fromUnsigned(value.Byte, result);
+        return fromInteger(value.Byte, result);
     case OpcUaType_Int16:
-        return fromSigned(value.Int16, result);
+        return fromInteger(value.Int16, result);
     case OpcUaType_UInt16:
-        return fromUnsigned(value.UInt16, result);
+        return fromInteger(value.UInt16, result);
     case OpcUaType_Int32:
-        return fromSigned(value.Int32, result);
+        return fromInteger(value.Int32, result);
     case OpcUaType_UInt32:
-        return fromUnsigned(value.UInt32, result);
+        return fromInteger(value.UInt32, result);
     case OpcUaType_Int64:
         return fromInt64(value.Int64, result);
     case OpcUaType_UInt64:
-        return fromUnsigned(value.UInt64, result);
+        return fromInteger(value.UInt64, result);
     case OpcUaType_Float:
         return fromFloating(OpcUaType_Float, OpcUa_Double{value.Float}, result);
     case OpcUaType_Double:

@@ -186,6 +186,7 @@ TEST(UaNumericRange, copies_moves_and_compares)
     expectEmpty(moved); // NOLINT(bugprone-use-after-move): its state is the promise
     assigned = UaNumericRange();
     expectEmpty(assigned);
+    expectEmpty(UaNumericRange(assigned));
 }
 
 TEST(UaNumericRange, every_failed_allocation_is_told)
