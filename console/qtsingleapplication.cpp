@@ -131,7 +131,9 @@ void QtSingleApplication::acceptConnections()
         connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
         connect(socket, &QLocalSocket::readyRead, this, [this, socket] { receive(socket); });
         // A peer that never finishes its message is dropped.
-        QTimer::singleShot(receiveTimeout, socket, &QLocalSocket::abort);
+        auto* patience = new QTimer(socket);
+        connect(patience, &QTimer::timeout, socket, &QLocalSocket::abort);
+        patience->start(receiveTimeout);
     }
 }
 
