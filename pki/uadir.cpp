@@ -124,7 +124,11 @@ bool UaDir::cd(const UaUniString& path)
     if (!uaFileEngine().setCurrent(path)) {
         return false;
     }
-    m_path = canonical.isEmpty() ? path : std::move(canonical);
+    if (canonical.isEmpty()) {
+        m_path = path;
+    } else {
+        m_path = std::move(canonical);
+    }
     return true;
 }
 
