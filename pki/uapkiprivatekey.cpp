@@ -29,14 +29,16 @@ UaPkiPrivateKey::UaPkiPrivateKey(UaPkiPrivateKey&& other) noexcept
 
 UaPkiPrivateKey& UaPkiPrivateKey::operator=(const UaPkiPrivateKey& other) noexcept
 {
-    EVP_PKEY_free(std::exchange(m_pKey, PkiKey_Share(other.m_pKey)));
+    if (this != &other) {
+        EVP_PKEY_free(std::exchange(m_pKey, PkiKey_Share(other.m_pKey)));
+    }
     return *this;
 }
 
 UaPkiPrivateKey& UaPkiPrivateKey::operator=(UaPkiPrivateKey&& other) noexcept
 {
-    UaPkiErrorList::operator=(std::move(other));
     std::swap(m_pKey, other.m_pKey);
+    UaPkiErrorList::operator=(std::move(other));
     return *this;
 }
 

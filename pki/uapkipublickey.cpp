@@ -65,14 +65,16 @@ UaPkiPublicKey::UaPkiPublicKey(UaPkiPublicKey&& other) noexcept
 
 UaPkiPublicKey& UaPkiPublicKey::operator=(const UaPkiPublicKey& other) noexcept
 {
-    X509_PUBKEY_free(std::exchange(m_pKey, duplicate(other.m_pKey)));
+    if (this != &other) {
+        X509_PUBKEY_free(std::exchange(m_pKey, duplicate(other.m_pKey)));
+    }
     return *this;
 }
 
 UaPkiPublicKey& UaPkiPublicKey::operator=(UaPkiPublicKey&& other) noexcept
 {
-    UaPkiErrorList::operator=(std::move(other));
     std::swap(m_pKey, other.m_pKey);
+    UaPkiErrorList::operator=(std::move(other));
     return *this;
 }
 

@@ -116,14 +116,16 @@ UaPkiRSAKeyPair::UaPkiRSAKeyPair(UaPkiRSAKeyPair&& other) noexcept
 
 UaPkiRSAKeyPair& UaPkiRSAKeyPair::operator=(const UaPkiRSAKeyPair& other) noexcept
 {
-    EVP_PKEY_free(std::exchange(m_pKey, PkiKey_Share(other.m_pKey)));
+    if (this != &other) {
+        EVP_PKEY_free(std::exchange(m_pKey, PkiKey_Share(other.m_pKey)));
+    }
     return *this;
 }
 
 UaPkiRSAKeyPair& UaPkiRSAKeyPair::operator=(UaPkiRSAKeyPair&& other) noexcept
 {
-    UaPkiErrorList::operator=(std::move(other));
     std::swap(m_pKey, other.m_pKey);
+    UaPkiErrorList::operator=(std::move(other));
     return *this;
 }
 
