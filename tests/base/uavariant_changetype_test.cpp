@@ -12,7 +12,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <string>
 #include <vector>
 
@@ -40,11 +39,11 @@ UaVariant strings(const std::vector<const char*>& texts)
 /// After a failure not a byte of the variant has changed.
 void expectRefused(UaVariant variant, OpcUa_Byte target, bool bToArray, const char* status)
 {
-    const OpcUa_Variant before = *variant.toOpcUaVariant();
+    const VariantMemory before = memoryOf(variant);
     const int type = variant.type();
     EXPECT_EQ(nameOf(variant.changeType(target, bToArray)), status)
         << "type " << type << " to " << int{target} << (bToArray ? " array" : "");
-    EXPECT_EQ(std::memcmp(variant.toOpcUaVariant(), &before, sizeof(before)), 0);
+    EXPECT_EQ(memoryOf(variant), before);
 }
 
 void expectChanged(UaVariant variant, OpcUa_Byte target, bool bToArray, const char* result)

@@ -13,7 +13,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <thread>
 #include <type_traits>
 #include <utility>
@@ -41,8 +40,7 @@ UaVariant variantOf(const BuiltInSample& sample, VariantShape shape)
 
 bool isAllZero(const UaVariant& variant)
 {
-    const OpcUa_Variant zero{};
-    return std::memcmp(variant.toOpcUaVariant(), &zero, sizeof(zero)) == 0;
+    return memoryOf(variant) == VariantMemory{};
 }
 
 void expectNull(const UaVariant& variant)
@@ -111,16 +109,16 @@ TEST(UaVariant, moves_take_the_memory_and_leave_null)
     for (const BuiltInSample& sample : builtInSamples()) {
         for (const VariantShape shape : allShapes) {
             UaVariant source = variantOf(sample, shape);
-            OpcUa_Variant bytes = *source.toOpcUaVariant();
+            const VariantMemory memory = memoryOf(source);
             UaVariant constructed(std::move(source));
             expectNull(source); // NOLINT(bugprone-use-after-move): its state is the promise
-            EXPECT_EQ(std::memcmp(constructed.toOpcUaVariant(), &bytes, sizeof(bytes)), 0);
+            EXPECT_EQ(memoryOf(constructed), memory);
             UaVariant assigned = text("old");
             assigned = std::move(constructed);
             expectNull(constructed); // NOLINT(bugprone-use-after-move): its state is the promise
-            EXPECT_EQ(std::memcmp(assigned.toOpcUaVariant(), &bytes, sizeof(bytes)), 0);
+            EXPECT_EQ(memoryOf(assigned), memory);
             assigned = std::move(*&assigned);
-            EXPECT_EQ(std::memcmp(assigned.toOpcUaVariant(), &bytes, sizeof(bytes)), 0);
+            EXPECT_EQ(memoryOf(assigned), memory);
         }
     }
 }
@@ -394,6 +392,7 @@ TEST(UaVariant, copies_in_eight_threads_share_nothing)
     const UaVariant source =
         variantOf(builtInSamples()[OpcUaType_Variant - 1], VariantShape::Matrix);
     std::vector<std::thread> threads;
+    threads.reserve(8);
     for (int i = 0; i < 8; ++i) {
         threads.emplace_back([&source] {
             for (int round = 0; round < 200; ++round) {

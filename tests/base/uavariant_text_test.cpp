@@ -295,11 +295,12 @@ TEST(UaVariantToString, every_length_of_a_cut_is_told_apart)
         for (const std::size_t second : {0u, 1u, 2u, 3u, 4u, 5u}) {
             const std::string a(first, 'a');
             const std::string b(second, 'b');
-            std::string expected = "{'" + a + "','" + b + "'}";
+            std::string expected = "{'";
+            expected.append(a).append("','").append(b).append("'}");
             if (first == 251) {
-                expected = "{'" + a + "'}";
+                expected.replace(254, std::string::npos, "}");
             } else if (expected.size() > 255) {
-                expected = expected.substr(0, 252) + "...";
+                expected.replace(252, std::string::npos, "...");
             }
             EXPECT_EQ(textOf(strings({a, b}).toString()), expected) << first << " " << second;
         }

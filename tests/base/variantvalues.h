@@ -5,6 +5,8 @@
 #include "base/uavariant.h"
 #include "tests/base/textof.h"
 
+#include <array>
+#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -76,4 +78,14 @@ inline UaVariant text(std::string_view value)
 inline std::string nameOf(OpcUa_StatusCode status)
 {
     return textOf(UaStatusCode::toString(status));
+}
+
+/// The bytes of a variant, so that nothing of it changes or moves unseen.
+using VariantMemory = std::array<unsigned char, sizeof(OpcUa_Variant)>;
+
+inline VariantMemory memoryOf(const UaVariant& variant)
+{
+    VariantMemory memory;
+    std::memcpy(memory.data(), variant.toOpcUaVariant(), memory.size());
+    return memory;
 }
