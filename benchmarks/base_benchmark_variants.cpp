@@ -81,7 +81,7 @@ void Array_detach_and_attach(benchmark::State& state)
         const OpcUa_Int32 length = source.length();
         target.attach(length, source.detach(), true);
         benchmark::DoNotOptimize(target);
-        source = std::move(target);
+        source.attach(length, target.detach(), true);
     }
     check(state, source.length() == state.range(0) && AllocationCounter::count() == 0);
 }

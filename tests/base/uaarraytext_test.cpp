@@ -13,6 +13,7 @@ namespace {
 std::vector<std::string> piecesOf(const UaArrayText& text)
 {
     std::vector<std::string> pieces;
+    pieces.reserve(static_cast<std::size_t>(text.count()));
     UaArrayText::Reader reader(text);
     for (OpcUa_Int32 i = 0; i < text.count(); ++i) {
         pieces.emplace_back(reader.next());
@@ -49,6 +50,7 @@ TEST(UaArrayText, pieces_are_trimmed_and_keep_their_order)
     {
         std::string_view text;
         std::vector<std::string> pieces;
+    pieces.reserve(static_cast<std::size_t>(text.count()));
     };
     const std::vector<Row> rows = {
         {"{1}", {"1"}},
