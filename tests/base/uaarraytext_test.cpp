@@ -50,7 +50,6 @@ TEST(UaArrayText, pieces_are_trimmed_and_keep_their_order)
     {
         std::string_view text;
         std::vector<std::string> pieces;
-    pieces.reserve(static_cast<std::size_t>(text.count()));
     };
     const std::vector<Row> rows = {
         {"{1}", {"1"}},
