@@ -69,11 +69,30 @@ private:
             skipDeclaration();
             noteText(m_at - begin);
         } else if (next == u'?') {
+            m_extent.isUnforeseeable |= !hasPlainTarget();
             skipBehind("?>"_L1);
             m_extent.hasInstructions |= begin > 0; // what stands first declares the text as XML
         } else {
             skipStartTag();
         }
+    }
+
+    /// The parser takes any name of an instruction without content, but refuses a bad one in the text
+    /// form, which puts a blank behind it: such a document couldn't be read back.
+    [[nodiscard]] bool hasPlainTarget() const
+    {
+        qsizetype end = m_at + 2;
+        while (end < m_text.size() && isPlainNameCharacter(m_text[end])) {
+            ++end;
+        }
+        const QChar next = end < m_text.size() ? m_text[end] : QChar(u'?');
+        return end > m_at + 2 && (next == u'?' || next.isSpace());
+    }
+
+    [[nodiscard]] static bool isPlainNameCharacter(QChar c)
+    {
+        return c.unicode() < 0x80 &&
+               (c.isLetterOrNumber() || c == u'_' || c == u'-' || c == u'.' || c == u':');
     }
 
     void skipDeclaration()

@@ -38,7 +38,8 @@ struct MarkupExtent
     bool declaresEntities = false;
 
     /// The document type declares attributes or parameter entities, with which a short text can
-    /// become any document.
+    /// become any document, or an instruction has a name beyond plain letters, digits and "_-.:",
+    /// with which the text form can't be read back.
     bool isUnforeseeable = false;
 
     [[nodiscard]] bool isWithinLimits() const
