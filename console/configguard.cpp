@@ -85,8 +85,12 @@ private:
         while (end < m_text.size() && isPlainNameCharacter(m_text[end])) {
             ++end;
         }
-        const QChar next = end < m_text.size() ? m_text[end] : QChar(u'?');
-        return end > m_at + 2 && (next == u'?' || next.isSpace());
+        if (end == m_text.size()) {
+            return true; // cut off: no matter what the name would be
+        }
+        const QChar first = m_text[m_at + 2];
+        return u"? \t\r\n"_s.contains(m_text[end]) &&
+               (first.isLetter() || first == u'_' || first == u':');
     }
 
     [[nodiscard]] static bool isPlainNameCharacter(QChar c)

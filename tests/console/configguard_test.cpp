@@ -64,6 +64,8 @@ private Q_SLOTS:
     static void declarations_that_grow_a_text_are_refused_data();
     static void declarations_that_grow_a_text_are_refused();
     static void extent_tells_what_a_save_must_prepare();
+    static void instructions_have_plain_names_data();
+    void instructions_have_plain_names();
     static void xml_text_takes_what_xml_allows_data();
     static void xml_text_takes_what_xml_allows();
     static void xml_text_is_seen_at_every_place();
@@ -318,6 +320,29 @@ void ConfigGuardTest::extent_tells_what_a_save_must_prepare()
         QVERIFY2(measureMarkup(text.arg(longText)).longestText >= 5000, qPrintable(text));
         QVERIFY2(measureMarkup(text.arg(u"x"_s)).longestText < 30, qPrintable(text));
     }
+}
+
+void ConfigGuardTest::instructions_have_plain_names_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("isWithin");
+    QTest::newRow("plain") << u"<a><?pi-1.x:_y data?></a>"_s << true;
+    QTest::newRow("without content") << u"<a><?pi?></a>"_s << true;
+    QTest::newRow("line break") << u"<a><?pi\nx?></a>"_s << true;
+    QTest::newRow("declaration") << u"<?xml version=\"1.0\"?><a/>"_s << true;
+    QTest::newRow("cut off") << u"<a><?"_s << true;
+    QTest::newRow("replacement character") << u"<a><?pi\uFFFD?></a>"_s << false;
+    QTest::newRow("digit first") << u"<a><?1pi?></a>"_s << false;
+    QTest::newRow("no name") << u"<a><? x?></a>"_s << false;
+    QTest::newRow("wide blank") << u"<a><?pi\u00A0?></a>"_s << false;
+    QTest::newRow("letter beyond ASCII") << u"<a><?pi\u00E4?></a>"_s << false;
+}
+
+void ConfigGuardTest::instructions_have_plain_names()
+{
+    QFETCH(const QString, text);
+    QFETCH(const bool, isWithin);
+    QCOMPARE(measureMarkup(text).isWithinLimits(), isWithin);
 }
 
 void ConfigGuardTest::xml_text_takes_what_xml_allows_data()
