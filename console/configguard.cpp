@@ -89,6 +89,9 @@ private:
             return true; // cut off: no matter what the name would be
         }
         const QChar first = m_text[m_at + 2];
+        if (u"? \t\r\n>"_s.contains(first)) {
+            return true; // no name at all, which the parser refuses
+        }
         return u"? \t\r\n"_s.contains(m_text[end]) &&
                (first.isLetter() || first == u'_' || first == u':');
     }
