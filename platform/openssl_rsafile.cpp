@@ -1,6 +1,7 @@
 #include "platform/allocator.h"
 #include "platform/openssl_rsa.h"
 #include "platform/openssl_rsakey.h"
+#include "platform/openssl_rsakeyder.h"
 #include "platform/privatefile.h"
 #include "platform/status.h"
 #include "platform/trace.h"
@@ -10,7 +11,6 @@
 
 #include <cstddef>
 #include <cstdio>
-#include <cstring>
 #include <filesystem>
 #include <memory>
 #include <system_error>
@@ -79,6 +79,15 @@ OpenSslPointer<EVP_PKEY> readPem(const KeyFile& file, const char* password)
         PEM_read_bio_PrivateKey(bio.get(), nullptr, callback, const_cast<char*>(password)));
 }
 
+/// Writes the traditional form, which is the PKCS#1 DER in PEM. There is no cipher, so that a pass
+/// phrase would have no effect. The library's own writer leaks parts of the key when memory is short.
+bool writePem(const EVP_PKEY* key, BIO* bio)
+{
+    const RsaKeyDer der(key, EVP_PKEY_KEYPAIR);
+    return der.size() != 0 &&
+           PEM_write_bio(bio, PEM_STRING_RSA, "", der.data(), static_cast<long>(der.size())) > 0;
+}
+
 } // namespace
 
 int OpcUa_P_OpenSSL_RSA_pem_password_cb(char* /*buffer*/, int /*size*/, int /*rwflag*/,
@@ -110,7 +119,7 @@ OpcUa_StatusCode OpcUa_P_OpenSSL_RSA_LoadPrivateKey(const char* path, OpcUa_Int3
     if (EVP_PKEY_get_base_id(key.get()) != EVP_PKEY_RSA) {
         return OpcUa_BadNotSupported;
     }
-    const OpcUa_StatusCode status = encodeRsaKey(key.get(), EVP_PKEY_KEYPAIR, privateKey->Key);
+    const OpcUa_StatusCode status = RsaKeyDer(key.get(), EVP_PKEY_KEYPAIR).copyTo(privateKey->Key);
     if (OpcUa_IsNotBad(status)) {
         privateKey->Type = OpcUa_Crypto_KeyType_Rsa_Private;
     }
@@ -118,7 +127,7 @@ OpcUa_StatusCode OpcUa_P_OpenSSL_RSA_LoadPrivateKey(const char* path, OpcUa_Int3
 }
 
 OpcUa_StatusCode OpcUa_P_OpenSSL_RSA_SavePrivateKey(const char* path, OpcUa_Int32 format,
-                                                    const char* password,
+                                                    const char* /*password*/,
                                                     const OpcUa_Key* privateKey)
 {
     if (path == nullptr || !isRsaKey(privateKey, OpcUa_Crypto_KeyType_Rsa_Private)) {
@@ -134,12 +143,7 @@ OpcUa_StatusCode OpcUa_P_OpenSSL_RSA_SavePrivateKey(const char* path, OpcUa_Int3
     }
     // The memory is wiped when it grows and when it is freed.
     const OpenSslPointer<BIO> bio(BIO_new(BIO_s_mem()));
-    const auto* const phrase = reinterpret_cast<const unsigned char*>(password);
-    const int phraseLength = password != nullptr ? static_cast<int>(std::strlen(password)) : 0;
-    // Without a cipher the pass phrase has no effect: the file is plain.
-    if (bio == nullptr ||
-        PEM_write_bio_PrivateKey_traditional(bio.get(), key.get(), nullptr, phrase, phraseLength,
-                                             nullptr, nullptr) != 1) {
+    if (bio == nullptr || !writePem(key.get(), bio.get())) {
         return OpcUa_Bad;
     }
     char* text = nullptr;

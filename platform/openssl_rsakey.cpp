@@ -2,14 +2,10 @@
 
 #include "platform/cryptobytes.h"
 #include "platform/openssl_rsa.h"
+#include "platform/openssl_rsakeyder.h"
 #include "platform/status.h"
 
-#include <openssl/crypto.h>
-#include <openssl/encoder.h>
 #include <openssl/rsa.h>
-
-#include <cstddef>
-#include <cstring>
 
 namespace {
 
@@ -60,28 +56,6 @@ OpenSslPointer<EVP_PKEY> decodeRsaKey(const OpcUa_Key& key)
     return decoded;
 }
 
-OpcUa_StatusCode encodeRsaKey(const EVP_PKEY* key, int selection, OpcUa_CryptoBytes& output)
-{
-    const OpenSslPointer<OSSL_ENCODER_CTX> context(
-        OSSL_ENCODER_CTX_new_for_pkey(key, selection, "DER", "type-specific", nullptr));
-    unsigned char* der = nullptr;
-    std::size_t length = 0;
-    if (context == nullptr || OSSL_ENCODER_to_data(context.get(), &der, &length) != 1) {
-        output.Length = 0;
-        return OpcUa_Bad;
-    }
-    OpcUa_StatusCode status = OpcUa_BadInvalidArgument;
-    if (hasRoom(output, static_cast<OpcUa_UInt32>(length))) {
-        if (output.Data != nullptr) {
-            std::memcpy(output.Data, der, length);
-        }
-        output.Length = static_cast<OpcUa_Int32>(length);
-        status = OpcUa_Good;
-    }
-    OPENSSL_clear_free(der, length);
-    return status;
-}
-
 OpcUa_UInt32 rsaSize(const EVP_PKEY* key)
 {
     return static_cast<OpcUa_UInt32>(EVP_PKEY_get_size(key));
@@ -114,10 +88,10 @@ OpcUa_StatusCode OpcUa_P_OpenSSL_RSA_GenerateKeys(OpcUa_UInt32 bits, OpcUa_Key* 
     }
     OpcUa_StatusCode status = OpcUa_Good;
     if (publicKey->Key.Data != nullptr) {
-        status = encodeRsaKey(key.get(), EVP_PKEY_PUBLIC_KEY, publicKey->Key);
+        status = RsaKeyDer(key.get(), EVP_PKEY_PUBLIC_KEY).copyTo(publicKey->Key);
     }
     if (OpcUa_IsNotBad(status) && privateKey->Key.Data != nullptr) {
-        status = encodeRsaKey(key.get(), EVP_PKEY_KEYPAIR, privateKey->Key);
+        status = RsaKeyDer(key.get(), EVP_PKEY_KEYPAIR).copyTo(privateKey->Key);
     }
     return status;
 }

@@ -50,6 +50,9 @@ struct RandomSource
         polls = 0;
         pollsUntilSeeded = 0;
         bytesResult = 1;
+        // The library's own source is made first, since a stranger in its place at the end of the
+        // process makes the library lose some bytes.
+        RAND_status();
         RAND_set_rand_method(&method);
     }
     ~RandomSource() { RAND_set_rand_method(nullptr); }
