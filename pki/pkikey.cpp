@@ -3,6 +3,7 @@
 #include "pki/uapkierrorlist.h"
 
 #include <openssl/pem.h>
+#include <openssl/provider.h>
 
 #include <algorithm>
 #include <cstring>
@@ -40,6 +41,53 @@ int askForPassword(char* buffer, int size, int rwflag, void* userData)
     return length <= size ? length : -1;
 }
 
+/// The form of the key's own type by way of its traditional PEM text: the library wipes what it needs
+/// for that, while i2d_PrivateKey frees a copy of the key as it is. Empty for a type without such a
+/// form.
+UaByteArray encodeWiped(EVP_PKEY* pKey)
+{
+    const PkiHandle<BIO> text(BIO_new(BIO_s_mem()));
+    if (text == nullptr || PEM_write_bio_PrivateKey_traditional(text.get(), pKey, nullptr, nullptr,
+                                                                0, nullptr, nullptr) != 1) {
+        return {};
+    }
+    char* name = nullptr;
+    char* header = nullptr;
+    unsigned char* data = nullptr;
+    long size = 0;
+    if (PEM_read_bio(text.get(), &name, &header, &data, &size) != 1) {
+        return {};
+    }
+    const UaByteArray bytes(data, static_cast<OpcUa_Int32>(size));
+    OPENSSL_free(name);
+    OPENSSL_free(header);
+    OPENSSL_clear_free(data, static_cast<std::size_t>(size));
+    return bytes;
+}
+
+UaByteArray encode(const EVP_PKEY* pKey)
+{
+    const int length = i2d_PrivateKey(pKey, nullptr);
+    bool isWritten = false;
+    UaByteArray bytes = UaByteArray::compose(
+        length, [&](OpcUa_Byte* data) { isWritten = i2d_PrivateKey(pKey, &data) == length; });
+    return isWritten ? bytes : UaByteArray();
+}
+
+/// A context without any algorithm, made once and kept: where the library finds no decoder, it reads a
+/// key by its older way, which makes no copies. Null when it can't be made.
+OSSL_LIB_CTX* bareContext()
+{
+    static OSSL_LIB_CTX* const pContext = [] {
+        PkiHandle<OSSL_LIB_CTX> context(OSSL_LIB_CTX_new());
+        // Without the null provider the default one would come by itself.
+        const bool isBare =
+            context != nullptr && OSSL_PROVIDER_load(context.get(), "null") != nullptr;
+        return isBare ? context.release() : nullptr;
+    }();
+    return pContext;
+}
+
 } // namespace
 
 EVP_PKEY* PkiKey_Share(EVP_PKEY* pKey) noexcept
@@ -60,12 +108,32 @@ PkiHandle<EVP_PKEY> PkiKey_FromPem(const OpcUa_Byte* bytes, std::size_t size, co
                                                                         askForPassword, &source));
 }
 
-UaByteArray PkiKey_ToDer(const EVP_PKEY* pKey, const UaPkiErrorList& errors) noexcept
+PkiHandle<EVP_PKEY> PkiKey_FromDer(const UaByteArray& data, int keyType) noexcept
 {
-    const int length = pKey != nullptr ? i2d_PrivateKey(pKey, nullptr) : 0;
-    bool isWritten = false;
-    UaByteArray bytes = UaByteArray::compose(
-        length, [&](OpcUa_Byte* data) { isWritten = i2d_PrivateKey(pKey, &data) == length; });
+    // The library takes a null pointer for a mistake of the program.
+    const OpcUa_Byte nothing = 0;
+    const OpcUa_Byte* const bytes = data.isEmpty() ? &nothing : data.data();
+    const OpcUa_Byte* position = bytes;
+    if (OSSL_LIB_CTX* const pContext = bareContext()) {
+        PkiHandle<EVP_PKEY> key(
+            d2i_PrivateKey_ex(keyType, nullptr, &position, data.size(), pContext, nullptr));
+        if (key != nullptr) {
+            return key;
+        }
+        ERR_clear_error();
+    }
+    position = bytes;
+    return PkiHandle<EVP_PKEY>(d2i_PrivateKey(keyType, nullptr, &position, data.size()));
+}
+
+UaByteArray PkiKey_ToDer(EVP_PKEY* pKey, const UaPkiErrorList& errors) noexcept
+{
+    UaByteArray bytes = pKey != nullptr ? encodeWiped(pKey) : UaByteArray();
+    if (bytes.isEmpty() && pKey != nullptr) {
+        // A type without a traditional form, or memory was short.
+        ERR_clear_error();
+        bytes = encode(pKey);
+    }
     errors.addLibraryErrors();
-    return isWritten ? bytes : UaByteArray();
+    return bytes;
 }

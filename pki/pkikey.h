@@ -22,5 +22,9 @@ class UaPkiErrorList;
                                                  UaPkiPasswordCallback callback,
                                                  void* callbackData) noexcept;
 
+/// Reads a private key of a type, in the form of the type or PKCS#8, without leaving copies of it in
+/// freed memory where that can be helped. Null on failure, with the reason in the library's queue.
+[[nodiscard]] PkiHandle<EVP_PKEY> PkiKey_FromDer(const UaByteArray& data, int keyType) noexcept;
+
 /// The private key in the form of its own type; empty on failure, with the library's errors drained.
-[[nodiscard]] UaByteArray PkiKey_ToDer(const EVP_PKEY* pKey, const UaPkiErrorList& errors) noexcept;
+[[nodiscard]] UaByteArray PkiKey_ToDer(EVP_PKEY* pKey, const UaPkiErrorList& errors) noexcept;

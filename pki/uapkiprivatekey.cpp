@@ -51,10 +51,7 @@ UaPkiPrivateKey UaPkiPrivateKey::fromDER(const UaByteArray& data, int keyType) n
 {
     const PkiErrorScope scope;
     UaPkiPrivateKey result;
-    // The library takes a null pointer for a mistake of the program.
-    const OpcUa_Byte nothing = 0;
-    const OpcUa_Byte* bytes = data.isEmpty() ? &nothing : data.data();
-    const PkiHandle<EVP_PKEY> key(d2i_PrivateKey(keyType, nullptr, &bytes, data.size()));
+    const PkiHandle<EVP_PKEY> key = PkiKey_FromDer(data, keyType);
     if (key == nullptr) {
         result.addLibraryErrors();
         return result;

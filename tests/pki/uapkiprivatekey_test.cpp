@@ -82,6 +82,7 @@ TEST_F(UaPkiPrivateKeyTest, der_goes_out_and_in_for_each_type)
     const Row rows[] = {
         {"RSA", PkiHandle<EVP_PKEY>(EVP_RSA_gen(1024)), rsa},
         {"EC", PkiHandle<EVP_PKEY>(EVP_EC_gen("P-256")), 408},
+        {"ED25519", PkiHandle<EVP_PKEY>(EVP_PKEY_Q_keygen(nullptr, nullptr, "ED25519")), 1087},
     };
     for (const Row& row : rows) {
         const UaByteArray bytes = UaPkiPrivateKey(row.key.get()).toDER();
@@ -89,6 +90,10 @@ TEST_F(UaPkiPrivateKeyTest, der_goes_out_and_in_for_each_type)
         EXPECT_TRUE(read.getErrors().empty()) << row.name;
         EXPECT_EQ(EVP_PKEY_eq(read.handle(), row.key.get()), 1) << row.name;
         EXPECT_EQ(read.toDER(), bytes) << row.name;
+        unsigned char* encoded = nullptr;
+        const int size = i2d_PrivateKey(row.key.get(), &encoded);
+        const PkiLibraryBytes owner(encoded);
+        EXPECT_EQ(UaByteArray(encoded, size), bytes) << row.name << ": as the library writes it";
     }
 }
 
