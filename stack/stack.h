@@ -15,6 +15,7 @@
 #include "stack/opcua_localizedtext.h"
 #include "stack/opcua_nesting.h"
 #include "stack/opcua_nodeid.h"
+#include "stack/opcua_proxystubconfiguration.h"
 #include "stack/opcua_qualifiedname.h"
 #include "stack/opcua_scalars.h"
 #include "stack/opcua_string.h"
