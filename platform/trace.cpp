@@ -5,6 +5,7 @@
 #include "platform/threadid.h"
 
 #include <array>
+#include <atomic>
 #include <cstdarg>
 #include <cstdio>
 #include <mutex>
@@ -16,8 +17,9 @@ struct TraceState
     /// Recursive, so that a hook may call the functions of the trace itself.
     std::recursive_mutex mutex;
     bool isReady = false;
-    bool isEnabled = false;
-    OpcUa_UInt32 levelMask = 0;
+    /// 0 while the trace is off. Not under the mutex, so that whoever configures it may hold locks
+    /// that a hook takes.
+    std::atomic<OpcUa_UInt32> levelMask = 0;
     OpcUa_TraceHook hook = nullptr;
 };
 
@@ -55,9 +57,7 @@ void OpcUa_Trace_Clear()
 
 void OpcUa_Trace_Configure(bool enabled, OpcUa_UInt32 levelMask)
 {
-    const std::scoped_lock lock(state().mutex);
-    state().isEnabled = enabled;
-    state().levelMask = levelMask;
+    state().levelMask = enabled ? levelMask : 0;
 }
 
 void OpcUa_Trace_SetHook(OpcUa_TraceHook hook)
@@ -72,7 +72,7 @@ bool OpcUa_Trace(OpcUa_UInt32 level, const char* format, ...)
     if (!state().isReady) {
         return false;
     }
-    if (!state().isEnabled || (state().levelMask & level) == 0) {
+    if ((state().levelMask & level) == 0) {
         return true;
     }
     std::array<char, 200> buffer{};
