@@ -15,6 +15,7 @@ namespace {
 
 constexpr OpcUa_Int64 firstBlock = 8 * 1024;
 constexpr const char* cantOpenForReading = "Could not open file for reading";
+constexpr const char* cantOpenForWriting = "Could not open file for writing";
 constexpr const char* cantRead = "Could not read file";
 constexpr const char* isTooLarge = "The file is too large";
 
@@ -70,15 +71,14 @@ std::optional<PkiBytes> readThroughEngine(const UaUniString& path, const char* m
     return bytes;
 }
 
-/// A file BIO without a buffer of its own; null with the library's errors drained.
-PkiHandle<BIO> openFile(const char* path, bool isForWriting, const UaPkiErrorList& errors)
+/// A file BIO without a buffer of its own; null with the reason in the library's queue.
+PkiHandle<BIO> openFile(const char* path, bool isForWriting)
 {
     PkiHandle<BIO> bio(BIO_new(BIO_s_file()));
     // The control takes its name as a pointer to changeable text, but only reads it.
     const long mode = BIO_CLOSE | (isForWriting ? BIO_FP_WRITE : BIO_FP_READ);
     if (bio == nullptr ||
         BIO_ctrl(bio.get(), BIO_C_SET_FILENAME, mode, const_cast<char*>(path)) <= 0) {
-        errors.addLibraryErrors();
         return nullptr;
     }
     std::FILE* stream = nullptr;
@@ -144,8 +144,9 @@ std::optional<PkiBytes> PkiFile_Read(const char* path, OpcUa_Int64 limit,
         errors.addError(isTooLarge);
         return std::nullopt;
     }
-    const PkiHandle<BIO> bio = openFile(path, false, errors);
+    const PkiHandle<BIO> bio = openFile(path, false);
     if (bio == nullptr) {
+        errors.addLibraryErrors();
         return std::nullopt;
     }
     return readAll(size, limit, errors, [&](OpcUa_Byte* data, OpcUa_Int64 room) {
@@ -155,40 +156,58 @@ std::optional<PkiBytes> PkiFile_Read(const char* path, OpcUa_Int64 limit,
     });
 }
 
-bool PkiFile_Write(const UaUniString& path, const char* mode, const void* bytes, std::size_t size,
-                   const UaPkiErrorList& errors)
+PkiFileStatus PkiFile_TryWrite(const UaUniString& path, const char* mode, const void* bytes,
+                               std::size_t size, const UaPkiErrorList& errors)
 {
     UaAbstractFileEngine& engine = uaFileEngine();
     std::FILE* const stream = engine.fopen(path, mode);
     if (stream == nullptr) {
-        errors.addError("Could not open file for writing");
-        return false;
+        return PkiFileStatus::NotOpened;
     }
     const auto count = static_cast<OpcUa_Int64>(size);
     const bool isWritten = engine.fwrite(bytes, 1, count, stream) == count;
     const bool isClosed = engine.fclose(stream);
     if (!isWritten || !isClosed) {
         errors.addError("Could not write file");
+        return PkiFileStatus::NotWritten;
     }
-    return isWritten && isClosed;
+    return PkiFileStatus::Good;
+}
+
+bool PkiFile_Write(const UaUniString& path, const char* mode, const void* bytes, std::size_t size,
+                   const UaPkiErrorList& errors)
+{
+    const PkiFileStatus status = PkiFile_TryWrite(path, mode, bytes, size, errors);
+    if (status == PkiFileStatus::NotOpened) {
+        errors.addError(cantOpenForWriting);
+    }
+    return status == PkiFileStatus::Good;
+}
+
+PkiFileStatus PkiFile_TryWrite(const char* path, const void* bytes, std::size_t size,
+                               const UaPkiErrorList& errors)
+{
+    const PkiHandle<BIO> bio = path != nullptr ? openFile(path, true) : nullptr;
+    std::size_t written = 0;
+    if (bio == nullptr) {
+        return PkiFileStatus::NotOpened;
+    }
+    // Without a buffer nothing is left for the close to write.
+    if (size > 0 && (BIO_write_ex(bio.get(), bytes, size, &written) != 1 || written != size)) {
+        errors.addLibraryErrors();
+        return PkiFileStatus::NotWritten;
+    }
+    return PkiFileStatus::Good;
 }
 
 bool PkiFile_Write(const char* path, const void* bytes, std::size_t size,
                    const UaPkiErrorList& errors)
 {
     if (path == nullptr) {
-        errors.addError("Could not open file for writing");
+        errors.addError(cantOpenForWriting);
         return false;
     }
-    const PkiHandle<BIO> bio = openFile(path, true, errors);
-    std::size_t written = 0;
-    if (bio == nullptr) {
-        return false;
-    }
-    // Without a buffer nothing is left for the close to write.
-    if (size > 0 && (BIO_write_ex(bio.get(), bytes, size, &written) != 1 || written != size)) {
-        errors.addLibraryErrors();
-        return false;
-    }
-    return true;
+    const PkiFileStatus status = PkiFile_TryWrite(path, bytes, size, errors);
+    errors.addLibraryErrors();
+    return status == PkiFileStatus::Good;
 }

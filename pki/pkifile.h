@@ -43,3 +43,17 @@ inline constexpr OpcUa_Int64 PkiFile_LargestListSize = 64 * 1024 * 1024; ///< Re
 /// write and a failing close count.
 [[nodiscard]] bool PkiFile_Write(const char* path, const void* bytes, std::size_t size,
                                  const UaPkiErrorList& errors);
+
+enum class PkiFileStatus
+{
+    Good,
+    NotOpened,
+    NotWritten
+};
+
+/// Both forms of PkiFile_Write without a message for a file that can't be opened.
+[[nodiscard]] PkiFileStatus PkiFile_TryWrite(const UaUniString& path, const char* mode,
+                                             const void* bytes, std::size_t size,
+                                             const UaPkiErrorList& errors);
+[[nodiscard]] PkiFileStatus PkiFile_TryWrite(const char* path, const void* bytes, std::size_t size,
+                                             const UaPkiErrorList& errors);
