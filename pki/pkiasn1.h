@@ -1,0 +1,23 @@
+#pragma once
+
+#include "base/uadatetime.h"
+#include "base/uastring.h"
+
+#include <openssl/types.h>
+
+#include <ctime>
+
+// Texts and times of ASN.1. Not for users of the layer. The callers hold a PkiErrorScope.
+
+/// The default for the begin of a lifetime that can't be read, as seconds since 1970.
+inline constexpr std::time_t PkiTime_Never = 4294967295;
+
+/// A text of any of the ASN.1 string types as UTF-8; empty for null and for text that can't be
+/// converted, with the reason in the library's queue.
+[[nodiscard]] UaString PkiText_Read(const ASN1_STRING* pText) noexcept;
+
+/// A UTCTime or GeneralizedTime. Years of two digits from 70 on belong to the 20th century, all others
+/// to the 21st. Up to three digits of a fraction count; what stands behind the seconds, a zone too,
+/// doesn't otherwise matter. `unreadable` for null, other types, and texts that are no time.
+[[nodiscard]] UaDateTime PkiTime_Read(const ASN1_TIME* pTime,
+                                      const UaDateTime& unreadable) noexcept;
