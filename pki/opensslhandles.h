@@ -26,6 +26,7 @@ struct PkiDeleter
     void operator()(EVP_PKEY* value) const noexcept { EVP_PKEY_free(value); }
     void operator()(GENERAL_NAMES* value) const noexcept { GENERAL_NAMES_free(value); }
     void operator()(OSSL_LIB_CTX* value) const noexcept { OSSL_LIB_CTX_free(value); }
+    void operator()(PKCS8_PRIV_KEY_INFO* value) const noexcept { PKCS8_PRIV_KEY_INFO_free(value); }
     void operator()(STACK_OF(X509_EXTENSION) * value) const noexcept
     {
         sk_X509_EXTENSION_pop_free(value, X509_EXTENSION_free);
@@ -37,6 +38,7 @@ struct PkiDeleter
     void operator()(X509_PUBKEY* value) const noexcept { X509_PUBKEY_free(value); }
     void operator()(X509_REQ* value) const noexcept { X509_REQ_free(value); }
     void operator()(X509_REVOKED* value) const noexcept { X509_REVOKED_free(value); }
+    void operator()(X509_SIG* value) const noexcept { X509_SIG_free(value); }
 };
 
 /// Owns one reference of a handle: PkiHandle<X509>, PkiHandle<BIO>.

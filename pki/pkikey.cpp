@@ -1,13 +1,16 @@
 #include "pki/pkikey.h"
 
+#include "pki/pkibarecontext.h"
 #include "pki/uapkierrorlist.h"
 
 #include <openssl/pem.h>
-#include <openssl/provider.h>
+#include <openssl/pkcs12.h>
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <limits>
+#include <string_view>
 
 namespace {
 
@@ -41,6 +44,20 @@ int askForPassword(char* buffer, int size, int rwflag, void* userData)
     return length <= size ? length : -1;
 }
 
+/// Bytes that the library has allocated, wiped when they are freed.
+class WipedBytes
+{
+public:
+    WipedBytes() = default;
+    WipedBytes(const WipedBytes&) = delete;
+    WipedBytes& operator=(const WipedBytes&) = delete;
+    /// The memory may lie in the library's secure heap, when the program has set one up.
+    ~WipedBytes() { OPENSSL_secure_clear_free(data, static_cast<std::size_t>(size)); }
+
+    unsigned char* data = nullptr;
+    long size = 0;
+};
+
 /// The form of the key's own type by way of its traditional PEM text: the library wipes what it needs
 /// for that, while i2d_PrivateKey frees a copy of the key as it is. Empty for a type without such a
 /// form.
@@ -53,16 +70,13 @@ UaByteArray encodeWiped(EVP_PKEY* pKey)
     }
     char* name = nullptr;
     char* header = nullptr;
-    unsigned char* data = nullptr;
-    long size = 0;
-    if (PEM_read_bio(text.get(), &name, &header, &data, &size) != 1) {
+    WipedBytes der;
+    if (PEM_read_bio(text.get(), &name, &header, &der.data, &der.size) != 1) {
         return {};
     }
-    const UaByteArray bytes(data, static_cast<OpcUa_Int32>(size));
     OPENSSL_free(name);
     OPENSSL_free(header);
-    OPENSSL_clear_free(data, static_cast<std::size_t>(size));
-    return bytes;
+    return {der.data, static_cast<OpcUa_Int32>(der.size)};
 }
 
 UaByteArray encode(const EVP_PKEY* pKey)
@@ -74,18 +88,105 @@ UaByteArray encode(const EVP_PKEY* pKey)
     return isWritten ? bytes : UaByteArray();
 }
 
-/// A context without any algorithm, made once and kept: where the library finds no decoder, it reads a
-/// key by its older way, which makes no copies. Null when it can't be made.
-OSSL_LIB_CTX* bareContext()
+/// Reads the form of a type, or PKCS#8 of it. In a context without decoders the library reads a key by
+/// its older way, which makes no copies of it.
+PkiHandle<EVP_PKEY> decode(const OpcUa_Byte* bytes, long size, int keyType)
 {
-    static OSSL_LIB_CTX* const pContext = [] {
-        PkiHandle<OSSL_LIB_CTX> context(OSSL_LIB_CTX_new());
-        // Without the null provider the default one would come by itself.
-        const bool isBare =
-            context != nullptr && OSSL_PROVIDER_load(context.get(), "null") != nullptr;
-        return isBare ? context.release() : nullptr;
-    }();
-    return pContext;
+    const OpcUa_Byte* position = bytes;
+    if (OSSL_LIB_CTX* const pContext = PkiBareContext()) {
+        PkiHandle<EVP_PKEY> key(
+            d2i_PrivateKey_ex(keyType, nullptr, &position, size, pContext, nullptr));
+        if (key != nullptr) {
+            return key;
+        }
+        ERR_clear_error();
+    }
+    position = bytes;
+    return PkiHandle<EVP_PKEY>(d2i_PrivateKey(keyType, nullptr, &position, size));
+}
+
+int typeOf(const PKCS8_PRIV_KEY_INFO* pKey)
+{
+    const ASN1_OBJECT* algorithm = nullptr;
+    return pKey != nullptr && PKCS8_pkey_get0(&algorithm, nullptr, nullptr, nullptr, pKey) == 1
+               ? OBJ_obj2nid(algorithm)
+               : NID_undef;
+}
+
+/// The type in the name of a PEM text such as "RSA PRIVATE KEY".
+int typeOf(std::string_view name)
+{
+    const std::string_view type = name.substr(0, name.find(' '));
+    const EVP_PKEY_ASN1_METHOD* const method =
+        EVP_PKEY_asn1_find_str(nullptr, type.data(), static_cast<int>(type.size()));
+    int id = EVP_PKEY_NONE;
+    EVP_PKEY_asn1_get0_info(&id, nullptr, nullptr, nullptr, nullptr, method);
+    return id;
+}
+
+PkiHandle<EVP_PKEY> decodePkcs8(const OpcUa_Byte* bytes, long size)
+{
+    const OpcUa_Byte* position = bytes;
+    const PkiHandle<PKCS8_PRIV_KEY_INFO> key(d2i_PKCS8_PRIV_KEY_INFO(nullptr, &position, size));
+    return key == nullptr ? nullptr : decode(bytes, size, typeOf(key.get()));
+}
+
+/// The first private key of a PEM text, decrypted where the text itself is. Empty without one.
+class PemBlock
+{
+public:
+    PemBlock(BIO* bio, PasswordSource& source)
+    {
+        if (bio == nullptr ||
+            PEM_bytes_read_bio_secmem(&m_bytes.data, &m_bytes.size, &m_name, PEM_STRING_EVP_PKEY,
+                                      bio, askForPassword, &source) != 1) {
+            m_name = nullptr;
+        }
+    }
+    PemBlock(const PemBlock&) = delete;
+    PemBlock& operator=(const PemBlock&) = delete;
+    ~PemBlock() { OPENSSL_secure_free(m_name); }
+
+    [[nodiscard]] std::string_view name() const { return m_name != nullptr ? m_name : ""; }
+    [[nodiscard]] const unsigned char* data() const { return m_bytes.data; }
+    [[nodiscard]] long size() const { return m_bytes.size; }
+
+private:
+    WipedBytes m_bytes;
+    char* m_name = nullptr;
+};
+
+PkiHandle<EVP_PKEY> decodeEncrypted(const PemBlock& block, PasswordSource& source)
+{
+    const unsigned char* position = block.data();
+    const PkiHandle<X509_SIG> encrypted(d2i_X509_SIG(nullptr, &position, block.size()));
+    if (encrypted == nullptr) {
+        return nullptr;
+    }
+    std::array<char, PEM_BUFSIZE> password{};
+    const int length = askForPassword(password.data(), PEM_BUFSIZE, 0, &source);
+    if (length <= 0) {
+        ERR_raise(ERR_LIB_PEM, PEM_R_BAD_PASSWORD_READ);
+        return nullptr;
+    }
+    const PkiHandle<PKCS8_PRIV_KEY_INFO> key(
+        PKCS8_decrypt(encrypted.get(), password.data(), length));
+    OPENSSL_cleanse(password.data(), password.size());
+    WipedBytes plain;
+    plain.size = key != nullptr ? i2d_PKCS8_PRIV_KEY_INFO(key.get(), &plain.data) : 0;
+    return plain.size > 0 ? decode(plain.data, plain.size, typeOf(key.get())) : nullptr;
+}
+
+PkiHandle<EVP_PKEY> decode(const PemBlock& block, PasswordSource& source)
+{
+    const std::string_view name = block.name();
+    if (name == PEM_STRING_PKCS8) {
+        return decodeEncrypted(block, source);
+    }
+    if (name == PEM_STRING_PKCS8INF) {
+        return decodePkcs8(block.data(), block.size());
+    }
+    return name.empty() ? nullptr : decode(block.data(), block.size(), typeOf(name));
 }
 
 } // namespace
@@ -103,27 +204,21 @@ PkiHandle<EVP_PKEY> PkiKey_FromPem(const OpcUa_Byte* bytes, std::size_t size, co
     const void* const text = size > 0 ? static_cast<const void*>(bytes) : "";
     const PkiHandle<BIO> bio(BIO_new_mem_buf(text, static_cast<int>(std::min(size, largestSize))));
     PasswordSource source{password, callback, callbackData};
-    return bio == nullptr ? nullptr
-                          : PkiHandle<EVP_PKEY>(PEM_read_bio_PrivateKey(bio.get(), nullptr,
-                                                                        askForPassword, &source));
+    PkiHandle<EVP_PKEY> key = decode(PemBlock(bio.get(), source), source);
+    if (key != nullptr) {
+        // The library leaves what it has tried in vain.
+        ERR_clear_error();
+    } else if (ERR_peek_error() == 0) {
+        ERR_raise(ERR_LIB_PEM, PEM_R_READ_KEY);
+    }
+    return key;
 }
 
 PkiHandle<EVP_PKEY> PkiKey_FromDer(const UaByteArray& data, int keyType) noexcept
 {
     // The library takes a null pointer for a mistake of the program.
     const OpcUa_Byte nothing = 0;
-    const OpcUa_Byte* const bytes = data.isEmpty() ? &nothing : data.data();
-    const OpcUa_Byte* position = bytes;
-    if (OSSL_LIB_CTX* const pContext = bareContext()) {
-        PkiHandle<EVP_PKEY> key(
-            d2i_PrivateKey_ex(keyType, nullptr, &position, data.size(), pContext, nullptr));
-        if (key != nullptr) {
-            return key;
-        }
-        ERR_clear_error();
-    }
-    position = bytes;
-    return PkiHandle<EVP_PKEY>(d2i_PrivateKey(keyType, nullptr, &position, data.size()));
+    return decode(data.isEmpty() ? &nothing : data.data(), data.size(), keyType);
 }
 
 UaByteArray PkiKey_ToDer(EVP_PKEY* pKey, const UaPkiErrorList& errors) noexcept
