@@ -44,7 +44,7 @@ public:
     [[nodiscard]] UaByteString toDERByteString() const noexcept;
     /// Writes the DER form through the file engine over whatever file is there. 0 for success, -1 with
     /// messages on failure; a null request leaves the file alone.
-    int toDERFile(const UaUniString& path) const noexcept;
+    [[nodiscard]] int toDERFile(const UaUniString& path) const noexcept;
 
     [[nodiscard]] bool isNull() const noexcept { return m_pRequest == nullptr; }
     /// The handle, borrowed: valid as long as a copy lives. May be null.

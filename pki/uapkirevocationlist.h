@@ -52,10 +52,10 @@ public:
     /// Writes the list over whatever file is there. 1 for success; 0 without a message for a null list
     /// and where the file can't be opened. A list that can't be encoded or written leaves its messages
     /// and gives 0 with a `char*` path, but 1 through the file engine: only the messages tell.
-    int toDERFile(const char* path) const noexcept;
-    int toDERFile(const UaUniString& path) const noexcept;
-    int toPEMFile(const char* path) const noexcept;
-    int toPEMFile(const UaUniString& path) const noexcept;
+    [[nodiscard]] int toDERFile(const char* path) const noexcept;
+    [[nodiscard]] int toDERFile(const UaUniString& path) const noexcept;
+    [[nodiscard]] int toPEMFile(const char* path) const noexcept;
+    [[nodiscard]] int toPEMFile(const UaUniString& path) const noexcept;
 
     /// Adds an entry with a certificate's serial number at the end; the signature covers it once the
     /// list is signed again. Nothing happens for a null list or certificate; a failure leaves messages
@@ -63,7 +63,8 @@ public:
     void addRevoked(const UaPkiCertificate& certificate, const UaDateTime& revocationTime) noexcept;
     /// Signs with SHA-1. False for a null list, an empty key and with messages on failure.
     bool sign(const UaPkiPrivateKey& key) noexcept;
-    /// Whether the signature is that of the key; false with messages where it can't be told.
+    /// Whether the signature is that of the key; false with messages where that can't be told, on the
+    /// key itself for one that can't be extracted.
     [[nodiscard]] bool verifySignature(const UaPkiPublicKey& key) const noexcept;
     /// Whether both lists name the same issuer (RFC 5280, 7.1); false when either is null.
     [[nodiscard]] bool sameIssuer(const UaPkiRevocationList& other) const noexcept;
