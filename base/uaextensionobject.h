@@ -2,6 +2,7 @@
 
 #include "platform/types.h"
 #include "stack/opcua_extensionobject.h"
+#include "stack/opcua_namespacetable.h"
 
 class UaNodeId;
 class UaStringArray;
@@ -76,4 +77,4 @@ private:
 [[nodiscard]] OpcUa_Int32 UaNamespaceUris_Find(const UaStringArray& namespaceUris, const char* uri);
 
 /// The URI of the standard's own namespace, which has index 0 in every server.
-inline constexpr const char* UaNamespaceUri_Standard = "http://opcfoundation.org/UA/";
+inline constexpr const char* UaNamespaceUri_Standard = OpcUa_NamespaceUri_Standard;

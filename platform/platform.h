@@ -15,6 +15,7 @@
 #include "platform/openssl_psha.h"
 #include "platform/openssl_rsa.h"
 #include "platform/semaphore.h"
+#include "platform/spinlock.h"
 #include "platform/status.h"
 #include "platform/systemrandom.h"
 #include "platform/thread.h"
