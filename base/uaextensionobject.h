@@ -77,4 +77,4 @@ private:
 [[nodiscard]] OpcUa_Int32 UaNamespaceUris_Find(const UaStringArray& namespaceUris, const char* uri);
 
 /// The URI of the standard's own namespace, which has index 0 in every server.
-inline constexpr const char* UaNamespaceUri_Standard = OpcUa_NamespaceUri_Standard;
+inline constexpr const char* UaNamespaceUri_Standard = OpcUa_NamespaceTable_StandardUri;

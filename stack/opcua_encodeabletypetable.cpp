@@ -20,7 +20,7 @@ namespace {
 const char* normalized(const char* namespaceUri)
 {
     const bool isStandard =
-        namespaceUri != nullptr && std::strcmp(namespaceUri, OpcUa_NamespaceUri_Standard) == 0;
+        namespaceUri != nullptr && std::strcmp(namespaceUri, OpcUa_NamespaceTable_StandardUri) == 0;
     return isStandard ? nullptr : namespaceUri;
 }
 
