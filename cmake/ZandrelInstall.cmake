@@ -7,7 +7,7 @@ include(GNUInstallDirs)
 get_property(libraries GLOBAL PROPERTY ZANDREL_LIBRARIES)
 install(TARGETS ${libraries} EXPORT ZandrelTargets
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
-foreach(folder platform stack base pki console resources valuewidgets)
+foreach(folder platform stack base pki widgets certificates console resources valuewidgets)
     install(DIRECTORY ${PROJECT_SOURCE_DIR}/${folder}
         DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/zandrel FILES_MATCHING PATTERN "*.h")
 endforeach()

@@ -1,6 +1,6 @@
 #include "console/configreaders.h"
 
-#include "console/certificatelocationinfo.h"
+#include "certificates/certificatelocationinfo.h"
 #include "console/configdom.h"
 #include "console/configelements.h"
 

@@ -1,7 +1,8 @@
 #include "console/consoleprogram.h"
 
+#include "widgets/plainmessagebox.h"
+
 #include "console/commandline.h"
-#include "console/plainmessagebox.h"
 #include "console/qtsingleapplication.h"
 #include "console/zandreldialog.h"
 

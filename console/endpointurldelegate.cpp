@@ -1,6 +1,6 @@
 #include "console/endpointurldelegate.h"
 
-#include "console/displaytext.h"
+#include "widgets/displaytext.h"
 
 #include <QAbstractItemView>
 #include <QHelpEvent>

@@ -1,5 +1,7 @@
 #include "console/veskserverconfigwidget.h"
 
+#include "widgets/wheelguard.h"
+
 #include "console/configelements.h"
 #include "console/configfile.h"
 #include "console/endpointconfig.h"
@@ -7,7 +9,6 @@
 #include "console/securitypolicies.h"
 #include "console/vesksecuritydelegate.h"
 #include "console/veskserverconfigmodel.h"
-#include "console/wheelguard.h"
 
 #include "ui_veskserverconfigwidget.h"
 

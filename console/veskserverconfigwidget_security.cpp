@@ -1,6 +1,7 @@
 // The security half of the endpoints tab: the lines of the policies, and the firewall.
 
-#include "console/plainmessagebox.h"
+#include "widgets/plainmessagebox.h"
+
 #include "console/securitypolicies.h"
 #include "console/veskserverconfigmodel.h"
 #include "console/veskserverconfigwidget.h"

@@ -1,10 +1,11 @@
 #include "console/vesktracesettingswidget.h"
 
+#include "widgets/wheelguard.h"
+
 #include "console/configdom.h"
 #include "console/configelements.h"
 #include "console/configfile.h"
 #include "console/traceconfig.h"
-#include "console/wheelguard.h"
 
 #include "ui_vesktracesettingswidget.h"
 

@@ -1,10 +1,11 @@
 #include "console/zandreldialog.h"
 
-#include "console/certificatelocationinfo.h"
+#include "widgets/plainmessagebox.h"
+
+#include "certificates/certificatelocationinfo.h"
 #include "console/configfile.h"
 #include "console/configreaders.h"
 #include "console/hostname.h"
-#include "console/plainmessagebox.h"
 #include "console/veskserverconfigwidget.h"
 #include "console/vesktracesettingswidget.h"
 #include "console/windowgeometry.h"

@@ -1,7 +1,7 @@
 // Bytes as a configuration file, through every reader and writer of the console: what was written
 // reads back the same, and saving twice gives the same bytes.
 
-#include "console/certificatelocationinfo.h"
+#include "certificates/certificatelocationinfo.h"
 #include "console/configdom.h"
 #include "console/configelements.h"
 #include "console/configfile.h"

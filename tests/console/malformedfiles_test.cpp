@@ -1,4 +1,4 @@
-#include "console/certificatelocationinfo.h"
+#include "certificates/certificatelocationinfo.h"
 #include "console/configfile.h"
 #include "console/configreaders.h"
 #include "console/endpointconfig.h"

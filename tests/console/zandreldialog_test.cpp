@@ -1,5 +1,5 @@
 
-#include "console/certificatelocationinfo.h"
+#include "certificates/certificatelocationinfo.h"
 #include "console/configdom.h"
 #include "console/configelements.h"
 #include "console/configfile.h"

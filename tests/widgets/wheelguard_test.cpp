@@ -1,4 +1,5 @@
-#include "console/wheelguard.h"
+#include "widgets/wheelguard.h"
+
 #include "tests/support/testmain.h"
 
 #include <QComboBox>

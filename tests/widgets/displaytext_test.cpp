@@ -1,5 +1,6 @@
-#include "console/displaytext.h"
-#include "console/elidedlabel.h"
+#include "widgets/displaytext.h"
+#include "widgets/elidedlabel.h"
+
 #include "tests/support/testmain.h"
 
 #include <QPixmap>

@@ -1,4 +1,4 @@
-#include "console/formscrollarea.h"
+#include "widgets/formscrollarea.h"
 
 #include <QEvent>
 #include <QScrollBar>

@@ -1,4 +1,4 @@
-#include "console/displaytext.h"
+#include "widgets/displaytext.h"
 
 #include <QStringBuilder>
 

@@ -1,4 +1,4 @@
-#include "console/plainmessagebox.h"
+#include "widgets/plainmessagebox.h"
 
 QMessageBox::StandardButton showPlainMessageBox(QWidget* parent, QMessageBox::Icon icon,
                                                 const QString& title, const QString& text,

@@ -1,6 +1,6 @@
-#include "console/elidedlabel.h"
+#include "widgets/elidedlabel.h"
 
-#include "console/displaytext.h"
+#include "widgets/displaytext.h"
 
 #include <QHelpEvent>
 #include <QPainter>

@@ -1,4 +1,4 @@
-#include "console/wheelguard.h"
+#include "widgets/wheelguard.h"
 
 #include <QAbstractSpinBox>
 #include <QComboBox>
