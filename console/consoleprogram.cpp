@@ -1,10 +1,9 @@
 #include "console/consoleprogram.h"
 
-#include "widgets/plainmessagebox.h"
-
 #include "console/commandline.h"
 #include "console/qtsingleapplication.h"
 #include "console/zandreldialog.h"
+#include "widgets/plainmessagebox.h"
 
 #include <QDir>
 

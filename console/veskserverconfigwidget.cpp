@@ -1,7 +1,5 @@
 #include "console/veskserverconfigwidget.h"
 
-#include "widgets/wheelguard.h"
-
 #include "console/configelements.h"
 #include "console/configfile.h"
 #include "console/endpointconfig.h"
@@ -9,6 +7,7 @@
 #include "console/securitypolicies.h"
 #include "console/vesksecuritydelegate.h"
 #include "console/veskserverconfigmodel.h"
+#include "widgets/wheelguard.h"
 
 #include "ui_veskserverconfigwidget.h"
 

@@ -1,10 +1,9 @@
 // The security half of the endpoints tab: the lines of the policies, and the firewall.
 
-#include "widgets/plainmessagebox.h"
-
 #include "console/securitypolicies.h"
 #include "console/veskserverconfigmodel.h"
 #include "console/veskserverconfigwidget.h"
+#include "widgets/plainmessagebox.h"
 
 #include "ui_veskserverconfigwidget.h"
 

@@ -1,11 +1,10 @@
 #include "console/vesktracesettingswidget.h"
 
-#include "widgets/wheelguard.h"
-
 #include "console/configdom.h"
 #include "console/configelements.h"
 #include "console/configfile.h"
 #include "console/traceconfig.h"
+#include "widgets/wheelguard.h"
 
 #include "ui_vesktracesettingswidget.h"
 

@@ -1,7 +1,5 @@
 #include "console/zandreldialog.h"
 
-#include "widgets/plainmessagebox.h"
-
 #include "certificates/certificatelocationinfo.h"
 #include "console/configfile.h"
 #include "console/configreaders.h"
@@ -9,6 +7,7 @@
 #include "console/veskserverconfigwidget.h"
 #include "console/vesktracesettingswidget.h"
 #include "console/windowgeometry.h"
+#include "widgets/plainmessagebox.h"
 
 #include "ui_zandreldialog.h"
 

@@ -304,7 +304,7 @@ private Q_SLOTS:
         QTest::qWait(2000); // 3.5 seconds after the first save
         QCOMPARE(window.statusBar()->currentMessage(), restartText);
         QTRY_COMPARE_WITH_TIMEOUT(window.statusBar()->currentMessage(), QString(), 3000);
-        QVERIFY(time.elapsed() >= 4400);
+        QVERIFY(time.elapsed() >= 4300); // the bar's timer is coarse by a twentieth
     }
 
     void apply_of_either_tab_shows_the_restart_text()

@@ -1,7 +1,6 @@
+#include "tests/support/testmain.h"
 #include "widgets/displaytext.h"
 #include "widgets/elidedlabel.h"
-
-#include "tests/support/testmain.h"
 
 #include <QPixmap>
 

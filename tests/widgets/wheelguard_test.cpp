@@ -1,6 +1,5 @@
-#include "widgets/wheelguard.h"
-
 #include "tests/support/testmain.h"
+#include "widgets/wheelguard.h"
 
 #include <QComboBox>
 #include <QSlider>
