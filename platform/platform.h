@@ -3,6 +3,7 @@
 // Gathers the platform layer for users of the library. The functions of the openssl_ headers are in
 // Zandrel::crypto.
 
+#include "platform/addressresolver.h"
 #include "platform/allocator.h"
 #include "platform/buildinformation.h"
 #include "platform/clock.h"
@@ -16,6 +17,7 @@
 #include "platform/openssl_rsa.h"
 #include "platform/semaphore.h"
 #include "platform/spinlock.h"
+#include "platform/socketaddress.h"
 #include "platform/status.h"
 #include "platform/systemrandom.h"
 #include "platform/thread.h"
@@ -23,3 +25,4 @@
 #include "platform/timer.h"
 #include "platform/trace.h"
 #include "platform/types.h"
+#include "platform/url.h"
