@@ -20,6 +20,7 @@ struct PkiDeleter
 {
     /// All ASN1 types that are strings inside, integers and times too.
     void operator()(ASN1_STRING* value) const noexcept { ASN1_STRING_free(value); }
+    void operator()(ASN1_TYPE* value) const noexcept { ASN1_TYPE_free(value); }
     void operator()(BIGNUM* value) const noexcept { BN_free(value); }
     void operator()(BIO* value) const noexcept { BIO_free_all(value); }
     void operator()(EVP_MD_CTX* value) const noexcept { EVP_MD_CTX_free(value); }

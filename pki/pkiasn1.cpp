@@ -65,26 +65,65 @@ bool copyGeneralizedTime(std::string_view time, TimeText& text)
     return true;
 }
 
+/// What a string or time holds, never a null pointer.
+std::string_view bytesOf(const ASN1_STRING* value)
+{
+    const unsigned char* const data = value != nullptr ? ASN1_STRING_get0_data(value) : nullptr;
+    return data == nullptr ? std::string_view("")
+                           : std::string_view(reinterpret_cast<const char*>(data),
+                                              static_cast<std::size_t>(ASN1_STRING_length(value)));
+}
+
+/// Whether ASCII in a string of this type is ASCII in UTF-8 as well.
+bool isOneByteType(int type)
+{
+    return type == V_ASN1_UTF8STRING || type == V_ASN1_PRINTABLESTRING || type == V_ASN1_IA5STRING;
+}
+
+bool isAscii(std::string_view text)
+{
+    return std::all_of(text.begin(), text.end(),
+                       [](char character) { return static_cast<signed char>(character) >= 0; });
+}
+
 } // namespace
+
+PkiText::PkiText(const ASN1_STRING* pText) noexcept
+{
+    const std::string_view bytes = bytesOf(pText);
+    if (bytes.empty() || (isOneByteType(ASN1_STRING_type(pText)) && isAscii(bytes))) {
+        m_view = bytes;
+        return;
+    }
+    unsigned char* converted = nullptr;
+    const int length = ASN1_STRING_to_UTF8(&converted, pText);
+    m_converted.reset(converted);
+    if (length > 0) {
+        m_view = {reinterpret_cast<const char*>(converted), static_cast<std::size_t>(length)};
+    }
+}
+
+UaString PkiText_Copy(std::string_view text) noexcept
+{
+    UaString copy(text.data(), static_cast<OpcUa_Int64>(text.size()));
+    if (copy.isNull() && !text.empty()) {
+        ERR_raise(ERR_LIB_ASN1, ERR_R_MALLOC_FAILURE);
+    }
+    return copy;
+}
 
 UaString PkiText_Read(const ASN1_STRING* pText) noexcept
 {
-    unsigned char* converted = nullptr;
-    const int length = pText != nullptr ? ASN1_STRING_to_UTF8(&converted, pText) : -1;
-    const PkiLibraryBytes bytes(converted);
-    return UaString(reinterpret_cast<const char*>(converted), length);
+    const PkiText text(pText);
+    return text.view().empty() ? UaString() : PkiText_Copy(text.view());
 }
 
 UaDateTime PkiTime_Read(const ASN1_TIME* pTime, const UaDateTime& unreadable) noexcept
 {
-    if (pTime == nullptr || ASN1_STRING_get0_data(pTime) == nullptr) {
-        return unreadable;
-    }
-    const std::string_view time(reinterpret_cast<const char*>(ASN1_STRING_get0_data(pTime)),
-                                static_cast<std::size_t>(ASN1_STRING_length(pTime)));
+    const std::string_view time = bytesOf(pTime);
     TimeText text{};
     std::copy(blankTime.begin(), blankTime.end(), text.begin());
-    const int type = ASN1_STRING_type(pTime);
+    const int type = pTime != nullptr ? ASN1_STRING_type(pTime) : V_ASN1_NULL;
     const bool isCopied = (type == V_ASN1_UTCTIME && copyUtcTime(time, text)) ||
                           (type == V_ASN1_GENERALIZEDTIME && copyGeneralizedTime(time, text));
     OpcUa_DateTime result{};
