@@ -33,6 +33,16 @@ PkiHandle<X509_CRL> decodeDer(const PkiBytes& bytes) noexcept
     return PkiDer_Decode(bytes.data(), bytes.size(), d2i_X509_CRL);
 }
 
+/// Gives a list what was decoded for it, or the library's errors.
+void take(UaPkiRevocationList& list, const PkiHandle<X509_CRL>& crl) noexcept
+{
+    if (crl != nullptr) {
+        list = UaPkiRevocationList(crl.get());
+    } else {
+        list.addLibraryErrors();
+    }
+}
+
 /// Encodes a list and hands it to `write(bytes, size)`.
 template <typename Write>
 int writeFile(const UaPkiRevocationList& list, int (*encode)(BIO*, const X509_CRL*),
@@ -124,9 +134,7 @@ UaPkiRevocationList UaPkiRevocationList::fromDER(const UaByteArray& data) noexce
         return result;
     }
     const PkiErrorScope scope;
-    result.m_pCrl =
-        PkiDer_Decode(data.data(), static_cast<std::size_t>(data.size()), d2i_X509_CRL).release();
-    result.addLibraryErrors();
+    take(result, PkiDer_Decode(data.data(), static_cast<std::size_t>(data.size()), d2i_X509_CRL));
     return result;
 }
 
@@ -142,10 +150,7 @@ UaPkiRevocationList UaPkiRevocationList::fromFile(const char* path) noexcept
     if (crl == nullptr) {
         crl = decodeDer(*bytes);
     }
-    if (crl == nullptr) {
-        result.addLibraryErrors();
-    }
-    result.m_pCrl = crl.release();
+    take(result, crl);
     return result;
 }
 
@@ -164,10 +169,7 @@ UaPkiRevocationList UaPkiRevocationList::fromFile(const UaUniString& path) noexc
         bytes = PkiFile_Read(path, "rb", PkiFile_LargestListSize, result);
         crl = bytes ? decodeDer(*bytes) : nullptr;
     }
-    if (crl == nullptr) {
-        result.addLibraryErrors();
-    }
-    result.m_pCrl = crl.release();
+    take(result, crl);
     return result;
 }
 
