@@ -14,7 +14,7 @@ constexpr PkiExtensionRow applicationRows[] = {
     {"basicConstraints", "critical, CA:FALSE"},
     {"nsComment", "\"Generated with Solvarin Core Library using OpenSSL\""},
     {"subjectKeyIdentifier", "hash"},
-    {"authorityKeyIdentifier", "keyid, issuer:always"},
+    PkiExtensions_IssuersKey,
     {"keyUsage",
      "critical, nonRepudiation, digitalSignature, keyEncipherment, dataEncipherment, keyCertSign"},
     {"extendedKeyUsage", "critical, serverAuth,clientAuth"},
@@ -31,7 +31,7 @@ constexpr PkiExtensionRow authorityRows[] = {
 
 constexpr PkiExtensionRow signingRows[] = {
     {"subjectKeyIdentifier", "hash"},
-    {"authorityKeyIdentifier", "keyid, issuer:always"},
+    PkiExtensions_IssuersKey,
 };
 
 std::string_view viewOf(const OpcUa_String& text)

@@ -16,6 +16,10 @@ struct PkiExtensionRow
     const char* value;
 };
 
+/// Names the issuer: by its key's identifier when it has one, and by its issuer and serial number.
+inline constexpr PkiExtensionRow PkiExtensions_IssuersKey = {"authorityKeyIdentifier",
+                                                             "keyid, issuer:always"};
+
 /// The rows for an authority's certificate or for an application's, in their order.
 [[nodiscard]] std::span<const PkiExtensionRow> PkiExtensions_Rows(bool isCA) noexcept;
 

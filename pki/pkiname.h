@@ -28,3 +28,7 @@ inline constexpr PkiNameField PkiName_Fields[] = {
 
 /// A name of the fields that aren't empty; null on failure.
 [[nodiscard]] PkiHandle<X509_NAME> PkiName_Build(const UaPkiIdentity& identity) noexcept;
+
+/// A name of the same seven attributes of another name, the first of each kind and only those with a
+/// text; null on failure, also when a text can't be converted.
+[[nodiscard]] PkiHandle<X509_NAME> PkiName_Rebuild(const X509_NAME* pName) noexcept;
