@@ -1,0 +1,215 @@
+#pragma once
+
+#include "platform/allocator.h"
+#include "platform/status.h"
+#include "platform/types.h"
+#include "stack/opcua_binarysource.h"
+#include "stack/opcua_binarywrite.h"
+#include "stack/opcua_builtintype.h"
+#include "stack/opcua_datavalue.h"
+#include "stack/opcua_datetime.h"
+#include "stack/opcua_diagnosticinfo.h"
+#include "stack/opcua_expandednodeid.h"
+#include "stack/opcua_extensionobject.h"
+#include "stack/opcua_guid.h"
+#include "stack/opcua_localizedtext.h"
+#include "stack/opcua_messagecontext.h"
+#include "stack/opcua_nodeid.h"
+#include "stack/opcua_qualifiedname.h"
+#include "stack/opcua_string.h"
+#include "stack/opcua_variant.h"
+
+#include <array>
+#include <cstddef>
+#include <type_traits>
+
+// The counterpart of "stack/opcua_binarywrite.h". Every function fills memory of any content without
+// freeing what was there, and leaves a cleared value after a failure.
+
+/// Reads a value of a built-in type by its number: numbers, times, guids and texts inline.
+template <OpcUa_Byte type, typename T>
+[[nodiscard]] OpcUa_StatusCode OpcUa_BinaryRead(OpcUa_BinaryReader& reader, T& value);
+
+/// The same with a number that is known only at run time, 1 to 25. `BadDecodingError` for any other.
+[[nodiscard]] OpcUa_StatusCode OpcUa_BinaryRead_Value(OpcUa_BinaryReader& reader, OpcUa_Byte type,
+                                                      void* value);
+
+/// Reads the count and the elements of an array of a built-in type, 1 to 25.
+[[nodiscard]] OpcUa_StatusCode OpcUa_BinaryRead_Array(OpcUa_BinaryReader& reader, OpcUa_Byte type,
+                                                      void** values, OpcUa_Int32* count);
+
+/// Reads the count of an array and holds it against the limits; -1 or more. After a failure it is 0.
+[[nodiscard]] OpcUa_StatusCode OpcUa_BinaryRead_Count(OpcUa_BinaryReader& reader,
+                                                      OpcUa_Int32& count);
+
+[[nodiscard]] OpcUa_StatusCode OpcUa_BinaryRead_Variant(OpcUa_BinaryReader& reader,
+                                                        OpcUa_Variant& value);
+[[nodiscard]] OpcUa_StatusCode OpcUa_BinaryRead_ExtensionObject(OpcUa_BinaryReader& reader,
+                                                                OpcUa_ExtensionObject& value);
+[[nodiscard]] OpcUa_StatusCode OpcUa_BinaryRead_DiagnosticInfo(OpcUa_BinaryReader& reader,
+                                                               OpcUa_DiagnosticInfo& value);
+
+/// The least bytes that a value of a built-in type takes, by its number.
+inline constexpr std::array<OpcUa_Byte, 26> OpcUa_BinaryType_MinimalSizes = {
+    1, 1, 1, 1, 2, 2, 4, 4, 8, 8, 4, 8, 4, 8, 16, 4, 4, 2, 2, 4, 6, 1, 3, 1, 1, 1};
+
+/// Compares a length with a limit, where 0 is no limit.
+[[nodiscard]] constexpr bool OpcUa_BinaryLimit_IsExceeded(OpcUa_Int32 limit, OpcUa_Int32 length)
+{
+    return limit > 0 && length > limit;
+}
+
+template <typename T>
+[[nodiscard]] OpcUa_StatusCode OpcUa_BinaryRead_Plain(OpcUa_BinaryReader& reader, T& value)
+{
+    static_assert(std::is_trivially_copyable_v<T> && sizeof(T) <= OpcUa_BinaryReader::WindowSize);
+    const OpcUa_StatusCode status = reader.need(sizeof(T));
+    if (OpcUa_IsGood(status)) {
+        reader.get(value);
+    } else {
+        value = T{};
+    }
+    return status;
+}
+
+/// Any number but 0 is true.
+[[nodiscard]] inline OpcUa_StatusCode OpcUa_BinaryRead_Boolean(OpcUa_BinaryReader& reader,
+                                                               OpcUa_Boolean& value)
+{
+    const OpcUa_StatusCode status = OpcUa_BinaryRead_Plain(reader, value);
+    value = value != 0 ? OpcUa_True : OpcUa_False;
+    return status;
+}
+
+/// Reads the length of a text and holds it against a limit and the stream; -1 or more.
+[[nodiscard]] inline OpcUa_StatusCode
+OpcUa_BinaryRead_TextLength(OpcUa_BinaryReader& reader, OpcUa_Int32 limit, OpcUa_Int32& length)
+{
+    const OpcUa_StatusCode status = OpcUa_BinaryRead_Plain(reader, length);
+    if (OpcUa_IsBad(status) || length == -1) {
+        return status;
+    }
+    if (length < 0) {
+        return OpcUa_BadDecodingError;
+    }
+    if (OpcUa_BinaryLimit_IsExceeded(limit, length)) {
+        return OpcUa_BadEncodingLimitsExceeded;
+    }
+    return static_cast<std::size_t>(length) > reader.remaining() ? OpcUa_BadExpectedStreamToBlock
+                                                                 : OpcUa_Good;
+}
+
+[[nodiscard]] inline OpcUa_StatusCode OpcUa_BinaryRead_String(OpcUa_BinaryReader& reader,
+                                                              OpcUa_String& value)
+{
+    value = {};
+    OpcUa_Int32 length = 0;
+    OpcUa_StatusCode status =
+        OpcUa_BinaryRead_TextLength(reader, reader.Context->MaxStringLength, length);
+    if (OpcUa_IsBad(status) || length < 0) {
+        return status;
+    }
+    const auto size = static_cast<std::size_t>(length);
+    auto* text = static_cast<char*>(OpcUa_Memory_Alloc(size + 1));
+    if (text == nullptr) {
+        return OpcUa_BadOutOfMemory;
+    }
+    status = reader.read(text, size);
+    if (OpcUa_IsBad(status)) {
+        OpcUa_Memory_Free(text);
+        return status;
+    }
+    text[size] = '\0';
+    value = {OpcUa_String_OwnsContent, static_cast<OpcUa_UInt32>(size), text};
+    return status;
+}
+
+[[nodiscard]] inline OpcUa_StatusCode OpcUa_BinaryRead_ByteString(OpcUa_BinaryReader& reader,
+                                                                  OpcUa_ByteString& value)
+{
+    value = {-1, nullptr};
+    OpcUa_Int32 length = 0;
+    OpcUa_StatusCode status =
+        OpcUa_BinaryRead_TextLength(reader, reader.Context->MaxByteStringLength, length);
+    if (OpcUa_IsBad(status) || length < 0) {
+        return status;
+    }
+    const auto size = static_cast<std::size_t>(length);
+    auto* data = static_cast<OpcUa_Byte*>(OpcUa_Memory_Alloc(size));
+    if (data == nullptr) {
+        return OpcUa_BadOutOfMemory;
+    }
+    status = reader.read(data, size);
+    if (OpcUa_IsBad(status)) {
+        OpcUa_Memory_Free(data);
+        return status;
+    }
+    value = {length, data};
+    return status;
+}
+
+/// Reads a node id whose flags are among those allowed, and gives them back.
+[[nodiscard]] OpcUa_StatusCode OpcUa_BinaryRead_FlaggedNodeId(OpcUa_BinaryReader& reader,
+                                                              OpcUa_Byte allowedFlags,
+                                                              OpcUa_NodeId& value,
+                                                              OpcUa_Byte& flags);
+
+[[nodiscard]] inline OpcUa_StatusCode OpcUa_BinaryRead_NodeId(OpcUa_BinaryReader& reader,
+                                                              OpcUa_NodeId& value)
+{
+    OpcUa_Byte flags = 0;
+    return OpcUa_BinaryRead_FlaggedNodeId(reader, 0, value, flags);
+}
+
+[[nodiscard]] OpcUa_StatusCode OpcUa_BinaryRead_ExpandedNodeId(OpcUa_BinaryReader& reader,
+                                                               OpcUa_ExpandedNodeId& value);
+
+[[nodiscard]] inline OpcUa_StatusCode OpcUa_BinaryRead_QualifiedName(OpcUa_BinaryReader& reader,
+                                                                     OpcUa_QualifiedName& value)
+{
+    value = {};
+    OpcUa_StatusCode status = OpcUa_BinaryRead_Plain(reader, value.NamespaceIndex);
+    if (OpcUa_IsGood(status)) {
+        status = OpcUa_BinaryRead_String(reader, value.Name);
+        if (OpcUa_IsBad(status)) {
+            value.NamespaceIndex = 0;
+        }
+    }
+    return status;
+}
+
+[[nodiscard]] OpcUa_StatusCode OpcUa_BinaryRead_LocalizedText(OpcUa_BinaryReader& reader,
+                                                              OpcUa_LocalizedText& value);
+
+[[nodiscard]] OpcUa_StatusCode OpcUa_BinaryRead_DataValue(OpcUa_BinaryReader& reader,
+                                                          OpcUa_DataValue& value);
+
+template <OpcUa_Byte type, typename T>
+OpcUa_StatusCode OpcUa_BinaryRead(OpcUa_BinaryReader& reader, T& value)
+{
+    if constexpr (type == OpcUaType_Boolean) {
+        return OpcUa_BinaryRead_Boolean(reader, value);
+    } else if constexpr (type == OpcUaType_String) {
+        return OpcUa_BinaryRead_String(reader, value);
+    } else if constexpr (type == OpcUaType_ByteString || type == OpcUaType_XmlElement) {
+        return OpcUa_BinaryRead_ByteString(reader, value);
+    } else if constexpr (type == OpcUaType_NodeId) {
+        return OpcUa_BinaryRead_NodeId(reader, value);
+    } else if constexpr (type == OpcUaType_ExpandedNodeId) {
+        return OpcUa_BinaryRead_ExpandedNodeId(reader, value);
+    } else if constexpr (type == OpcUaType_QualifiedName) {
+        return OpcUa_BinaryRead_QualifiedName(reader, value);
+    } else if constexpr (type == OpcUaType_LocalizedText) {
+        return OpcUa_BinaryRead_LocalizedText(reader, value);
+    } else if constexpr (type == OpcUaType_ExtensionObject) {
+        return OpcUa_BinaryRead_ExtensionObject(reader, value);
+    } else if constexpr (type == OpcUaType_DataValue) {
+        return OpcUa_BinaryRead_DataValue(reader, value);
+    } else if constexpr (type == OpcUaType_Variant) {
+        return OpcUa_BinaryRead_Variant(reader, value);
+    } else if constexpr (type == OpcUaType_DiagnosticInfo) {
+        return OpcUa_BinaryRead_DiagnosticInfo(reader, value);
+    } else {
+        return OpcUa_BinaryRead_Plain(reader, value);
+    }
+}
