@@ -22,6 +22,20 @@ QImage onGround(const QString& path, const QColor& ground)
     return screen;
 }
 
+/// Pictures laid over one another on a ground, at the 16 pixels that they have in a list.
+QImage inList(const QList<QString>& paths, const QColor& ground)
+{
+    QImage row(16, 16, QImage::Format_RGB32);
+    row.fill(ground);
+    QPainter painter(&row);
+    for (const QString& path : paths) {
+        const QImage picture(path);
+        painter.drawImage(
+            QPoint(), picture.scaled(row.size(), Qt::KeepAspectRatio, Qt::SmoothTransformation));
+    }
+    return row;
+}
+
 double linear(int channel)
 {
     const double value = channel / 255.0;
@@ -98,6 +112,8 @@ private Q_SLOTS:
     void three_tenths_of_each_image_stand_out_from_the_ground();
     void policy_images_differ_without_their_colours_data();
     void policy_images_differ_without_their_colours();
+    void states_of_certificates_differ_without_their_colours_data();
+    void states_of_certificates_differ_without_their_colours();
     void measure_tells_a_picture_from_an_invisible_one();
 };
 
@@ -148,6 +164,33 @@ void IconLegibilityTest::policy_images_differ_without_their_colours()
     QCOMPARE(b.size(), QSize(16, 16));
     const int count = differentGreys(a, b);
     QVERIFY2(count >= 16, qPrintable(QString::number(count)));
+}
+
+void IconLegibilityTest::states_of_certificates_differ_without_their_colours_data()
+{
+    QTest::addColumn<QColor>("ground");
+    for (const Ground& ground : grounds) {
+        QTest::addRow("%s", ground.name) << QColor(ground.color);
+    }
+}
+
+void IconLegibilityTest::states_of_certificates_differ_without_their_colours()
+{
+    QFETCH(QColor, ground);
+    QList<QImage> pictures;
+    for (const QString& state : stateIconPaths()) {
+        pictures.append(inList({state}, ground));
+        for (const QString& overlay : overlayIconPaths()) {
+            pictures.append(inList({state, overlay}, ground));
+        }
+    }
+    for (int i = 0; i < pictures.size(); ++i) {
+        for (int j = i + 1; j < pictures.size(); ++j) {
+            const int count = differentGreys(pictures[i], pictures[j]);
+            QVERIFY2(count >= 8,
+                     qPrintable(QStringLiteral("%1 and %2: %3").arg(i).arg(j).arg(count)));
+        }
+    }
 }
 
 void IconLegibilityTest::measure_tells_a_picture_from_an_invisible_one()

@@ -21,6 +21,10 @@ QList<Icon> registeredIcons()
         icons.append({QStringLiteral(":/veskwidgets/images/%1.png").arg(QLatin1String(name)),
                       editorFolder, 16});
     }
+    for (const char* name : {"on", "clearlog", "overlay_error", "overlay_warning"}) {
+        icons.append({QStringLiteral(":/veskwidgets/images/%1.png").arg(QLatin1String(name)),
+                      editorFolder, 64});
+    }
     icons.append({QStringLiteral(":/images/serverproperties.png"), consoleFolder, 48});
     icons.append({QStringLiteral(":/images/ua_64x64.png"), consoleFolder, 64});
     return icons;
@@ -31,6 +35,11 @@ QList<Icon> registeredIcons()
 QString Icon::name() const
 {
     return QFileInfo(path).completeBaseName();
+}
+
+bool Icon::isOverlay() const
+{
+    return name().startsWith(QStringLiteral("overlay_"));
 }
 
 QString Icon::pathAt(int scale) const
@@ -54,6 +63,25 @@ const QList<QString>& policyIconPaths()
         QStringLiteral(":/veskwidgets/images/encr_basic128rsa15.png"),
         QStringLiteral(":/veskwidgets/images/encr_basic256.png"),
         QStringLiteral(":/veskwidgets/images/encr_basic256sha256.png"),
+    };
+    return paths;
+}
+
+const QList<QString>& stateIconPaths()
+{
+    static const QList<QString> paths = {
+        QStringLiteral(":/veskwidgets/images/on.png"),
+        QStringLiteral(":/veskwidgets/images/clearlog.png"),
+        QStringLiteral(":/images/ua_64x64.png"),
+    };
+    return paths;
+}
+
+const QList<QString>& overlayIconPaths()
+{
+    static const QList<QString> paths = {
+        QStringLiteral(":/veskwidgets/images/overlay_error.png"),
+        QStringLiteral(":/veskwidgets/images/overlay_warning.png"),
     };
     return paths;
 }

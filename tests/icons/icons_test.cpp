@@ -63,6 +63,7 @@ private Q_SLOTS:
     void image_loads_in_three_sizes();
     void image_stands_free_on_a_transparent_ground_data() { addIconRows(); }
     void image_stands_free_on_a_transparent_ground();
+    void overlay_is_a_badge_in_the_lower_right_corner();
     void png_files_show_what_the_drawing_shows_data() { addIconRows(); }
     void png_files_show_what_the_drawing_shows();
 };
@@ -133,8 +134,26 @@ void IconsTest::image_stands_free_on_a_transparent_ground()
         }
         const int area = image.width() * image.height();
         QVERIFY2(clear > area / 10, "the picture fills its square like a tile");
+        if (entry.isOverlay()) {
+            QVERIFY2(solid > area / 6, "the badge is too small to be seen");
+            continue;
+        }
         QVERIFY2(solid > area / 4, "the picture is too thin to be seen");
         QCOMPARE(qAlpha(image.pixel(image.width() / 2, image.height() / 2)), 255);
+    }
+}
+
+void IconsTest::overlay_is_a_badge_in_the_lower_right_corner()
+{
+    for (const QString& path : overlayIconPaths()) {
+        const QImage image(path);
+        const int limit = image.width() * 5 / 16;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                QVERIFY2((x >= limit && y >= limit) || qAlpha(image.pixel(x, y)) == 0,
+                         qPrintable(QStringLiteral("%1 at %2, %3").arg(path).arg(x).arg(y)));
+            }
+        }
     }
 }
 
