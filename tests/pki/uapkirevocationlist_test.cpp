@@ -36,7 +36,9 @@ UaPkiRevocationList read(const DerList& list)
 
 UaDateTime timeOf(const char* text)
 {
-    return UaDateTime::fromString(text);
+    const UaDateTime time = UaDateTime::fromString(text);
+    EXPECT_FALSE(time.isNull()) << text;
+    return time;
 }
 
 TEST_F(UaPkiRevocationListTest, a_null_list_answers_with_nothing)
@@ -67,7 +69,7 @@ TEST_F(UaPkiRevocationListTest, times_of_a_null_list_are_told_as_missing)
 TEST_F(UaPkiRevocationListTest, a_null_list_is_never_valid)
 {
     for (const char* now :
-         {"1601-01-01T00:00:00Z", "2024-01-01T00:00:00Z", "2200-01-01T00:00:00Z"}) {
+         {"1970-01-01T00:00:00.000Z", "2024-01-01T00:00:00.000Z", "2200-01-01T00:00:00.000Z"}) {
         const FixedClock clock(timeOf(now));
         EXPECT_FALSE(UaPkiRevocationList().isValid()) << now;
     }
@@ -134,22 +136,22 @@ std::vector<TimeRow> timeRows()
     const auto utc = [](std::string_view text) { return der(DerUtcTime, text); };
     const auto general = [](std::string_view text) { return der(DerGeneralizedTime, text); };
     return {
-        {"UTCTime", utc("240229123456Z"), "2024-02-29T12:34:56Z"},
-        {"UTCTime, first of the 21st century", utc("000101000000Z"), "2000-01-01T00:00:00Z"},
-        {"UTCTime, 49", utc("491231235959Z"), "2049-12-31T23:59:59Z"},
-        {"UTCTime, 50", utc("500101000000Z"), "2050-01-01T00:00:00Z"},
-        {"UTCTime, 69", utc("691231235959Z"), "2069-12-31T23:59:59Z"},
-        {"UTCTime, 70", utc("700101000000Z"), "1970-01-01T00:00:00Z"},
-        {"UTCTime, 99", utc("991231235959Z"), "1999-12-31T23:59:59Z"},
+        {"UTCTime", utc("240229123456Z"), "2024-02-29T12:34:56.000Z"},
+        {"UTCTime, first of the 21st century", utc("000101000000Z"), "2000-01-01T00:00:00.000Z"},
+        {"UTCTime, 49", utc("491231235959Z"), "2049-12-31T23:59:59.000Z"},
+        {"UTCTime, 50", utc("500101000000Z"), "2050-01-01T00:00:00.000Z"},
+        {"UTCTime, 69", utc("691231235959Z"), "2069-12-31T23:59:59.000Z"},
+        {"UTCTime, 70", utc("700101000000Z"), "1970-01-01T00:00:00.000Z"},
+        {"UTCTime, 99", utc("991231235959Z"), "1999-12-31T23:59:59.000Z"},
         {"UTCTime, month 13", utc("241301000000Z"), nullptr},
         {"UTCTime, no 29 February", utc("230229000000Z"), nullptr},
         {"UTCTime without seconds", utc("2402291234Z"), nullptr},
         {"UTCTime without anything", utc(""), nullptr},
         {"UTCTime of letters", utc("aabbccddeeffZ"), nullptr},
-        {"GeneralizedTime", general("20240229123456Z"), "2024-02-29T12:34:56Z"},
-        {"GeneralizedTime, 2050", general("20500101000000Z"), "2050-01-01T00:00:00Z"},
-        {"GeneralizedTime, 1950", general("19500101000000Z"), "1950-01-01T00:00:00Z"},
-        {"GeneralizedTime, the last", general("99991231235959Z"), "9999-12-31T23:59:59Z"},
+        {"GeneralizedTime", general("20240229123456Z"), "2024-02-29T12:34:56.000Z"},
+        {"GeneralizedTime, 2050", general("20500101000000Z"), "2050-01-01T00:00:00.000Z"},
+        {"GeneralizedTime, 1950", general("19500101000000Z"), "1950-01-01T00:00:00.000Z"},
+        {"GeneralizedTime, the last", general("99991231235959Z"), "9999-12-31T23:59:59.000Z"},
         {"GeneralizedTime, one digit", general("20240229123456.7Z"), "2024-02-29T12:34:56.700Z"},
         {"GeneralizedTime, three digits", general("20240229123456.789Z"),
          "2024-02-29T12:34:56.789Z"},
@@ -197,16 +199,16 @@ struct ValidRow
 
 constexpr ValidRow validRows[] = {
     {"before", "240101000000Z", "240201000000Z", "2023-12-31T23:59:59.999Z", false},
-    {"at the begin", "240101000000Z", "240201000000Z", "2024-01-01T00:00:00Z", true},
-    {"within", "240101000000Z", "240201000000Z", "2024-01-15T00:00:00Z", true},
-    {"at the end", "240101000000Z", "240201000000Z", "2024-02-01T00:00:00Z", true},
+    {"at the begin", "240101000000Z", "240201000000Z", "2024-01-01T00:00:00.000Z", true},
+    {"within", "240101000000Z", "240201000000Z", "2024-01-15T00:00:00.000Z", true},
+    {"at the end", "240101000000Z", "240201000000Z", "2024-02-01T00:00:00.000Z", true},
     {"after", "240101000000Z", "240201000000Z", "2024-02-01T00:00:00.001Z", false},
-    {"the wrong way round", "240201000000Z", "240101000000Z", "2024-01-15T00:00:00Z", false},
+    {"the wrong way round", "240201000000Z", "240101000000Z", "2024-01-15T00:00:00.000Z", false},
     {"without end, before", "240101000000Z", nullptr, "2023-12-31T23:59:59.999Z", false},
-    {"without end, at the begin", "240101000000Z", nullptr, "2024-01-01T00:00:00Z", true},
-    {"without end, long after", "240101000000Z", nullptr, "2500-01-01T00:00:00Z", true},
-    {"unreadable begin", "241301000000Z", "240201000000Z", "2024-01-15T00:00:00Z", false},
-    {"unreadable end", "240101000000Z", "241301000000Z", "2500-01-01T00:00:00Z", true},
+    {"without end, at the begin", "240101000000Z", nullptr, "2024-01-01T00:00:00.000Z", true},
+    {"without end, long after", "240101000000Z", nullptr, "2500-01-01T00:00:00.000Z", true},
+    {"unreadable begin", "241301000000Z", "240201000000Z", "2024-01-15T00:00:00.000Z", false},
+    {"unreadable end", "240101000000Z", "241301000000Z", "2500-01-01T00:00:00.000Z", true},
 };
 
 TEST_F(UaPkiRevocationListTest, validity_includes_both_bounds)
