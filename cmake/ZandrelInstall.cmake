@@ -11,8 +11,8 @@ foreach(folder platform stack base pki widgets certificates console resources va
     install(DIRECTORY ${PROJECT_SOURCE_DIR}/${folder}
         DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/zandrel FILES_MATCHING PATTERN "*.h")
 endforeach()
-install(FILES ${PROJECT_BINARY_DIR}/generated/platform/statuscodes.h
-    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/zandrel/platform)
+install(DIRECTORY ${PROJECT_BINARY_DIR}/generated/
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/zandrel FILES_MATCHING PATTERN "*.h")
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/Zandrel)
 install(EXPORT ZandrelTargets NAMESPACE Zandrel:: DESTINATION ${package_dir})
