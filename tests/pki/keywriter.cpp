@@ -1,5 +1,6 @@
 // Writes a new key to the path in the first argument, plain at first and then over itself with a
-// password, as any user of the library would. The tests watch its system calls.
+// password, and reads it without one, as any user of the library would. The tests watch its system
+// calls.
 
 #include "pki/uapkirsakeypair.h"
 
@@ -15,5 +16,6 @@ int main(int argc, char** argv)
     const UaPkiRSAKeyPair keyPair(1024);
     const bool isWritten =
         keyPair.toPEMFile(argv[1], nullptr) == 0 && keyPair.toPEMFile(argv[1], "secret") == 0;
-    return isWritten ? 0 : 1;
+    const UaPkiRSAKeyPair read = UaPkiRSAKeyPair::fromPEMFile(argv[1], nullptr);
+    return isWritten && read.toDER().isEmpty() ? 0 : 1;
 }
