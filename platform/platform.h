@@ -10,6 +10,7 @@
 #include "platform/cryptotypes.h"
 #include "platform/datetime.h"
 #include "platform/mutex.h"
+#include "platform/network.h"
 #include "platform/openssl_aes.h"
 #include "platform/openssl_digest.h"
 #include "platform/openssl_provider.h"

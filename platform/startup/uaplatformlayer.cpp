@@ -2,6 +2,7 @@
 
 #include "platform/startup/initcount.h"
 #include "platform/startup/startsequence.h"
+#include "stack/opcua_proxystubconfiguration.h"
 
 namespace {
 
@@ -21,4 +22,14 @@ int UaPlatformLayer::init()
 void UaPlatformLayer::cleanup()
 {
     users().cleanup();
+}
+
+OpcUa_ProxyStubConfiguration UaPlatformLayer::stackConfiguration()
+{
+    return ::stackConfiguration();
+}
+
+int UaPlatformLayer::setStackConfiguration(const OpcUa_ProxyStubConfiguration& configuration)
+{
+    return ::setStackConfiguration(configuration);
 }
