@@ -61,6 +61,17 @@ bool addNumber(X509_CRL* pCrl, int crlNumber) noexcept
            X509_CRL_add1_ext_i2d(pCrl, NID_crl_number, number.get(), 0, X509V3_ADD_DEFAULT) == 1;
 }
 
+/// Null for a time behind the year 9999, which has no form.
+PkiHandle<ASN1_TIME> makeTime(std::time_t seconds) noexcept
+{
+    PkiHandle<ASN1_TIME> time(ASN1_TIME_set(nullptr, seconds));
+    if (time != nullptr && ASN1_TIME_check(time.get()) != 1) {
+        ERR_raise(ERR_LIB_ASN1, ASN1_R_ILLEGAL_TIME_VALUE);
+        return nullptr;
+    }
+    return time;
+}
+
 PkiHandle<X509_REVOKED> makeEntry(const UaString& serialNumber, std::time_t revocationTime) noexcept
 {
     BIGNUM* parsed = nullptr;
@@ -68,7 +79,7 @@ PkiHandle<X509_REVOKED> makeEntry(const UaString& serialNumber, std::time_t revo
     const PkiHandle<BIGNUM> number(parsed);
     const PkiHandle<ASN1_INTEGER> serial(length > 0 ? BN_to_ASN1_INTEGER(number.get(), nullptr)
                                                     : nullptr);
-    const PkiHandle<ASN1_TIME> time(ASN1_TIME_set(nullptr, revocationTime));
+    const PkiHandle<ASN1_TIME> time = makeTime(revocationTime);
     PkiHandle<X509_REVOKED> entry(X509_REVOKED_new());
     const bool isComplete = serial != nullptr && time != nullptr && entry != nullptr &&
                             X509_REVOKED_set_serialNumber(entry.get(), serial.get()) == 1 &&
