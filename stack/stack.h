@@ -9,6 +9,7 @@
 #include "stack/opcua_diagnosticinfo.h"
 #include "stack/opcua_elementtraits.h"
 #include "stack/opcua_encodeable.h"
+#include "stack/opcua_encodeableobject.h"
 #include "stack/opcua_encodeabletype.h"
 #include "stack/opcua_encodeabletypetable.h"
 #include "stack/opcua_enumeratedtype.h"
