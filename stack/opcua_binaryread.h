@@ -49,6 +49,11 @@ template <OpcUa_Byte type, typename T>
 [[nodiscard]] OpcUa_StatusCode OpcUa_BinaryRead_DiagnosticInfo(OpcUa_BinaryReader& reader,
                                                                OpcUa_DiagnosticInfo& value);
 
+/// Reads the id of a message's encoding and its record into a new block, and gives its row.
+/// `BadDecodingError` for an id that the context doesn't know. Both are null after a failure.
+[[nodiscard]] OpcUa_StatusCode OpcUa_BinaryRead_Message(OpcUa_BinaryReader& reader, void*& message,
+                                                        const OpcUa_EncodeableType*& type);
+
 /// The least bytes that a value of a built-in type takes, by its number.
 inline constexpr std::array<OpcUa_Byte, 26> OpcUa_BinaryType_MinimalSizes = {
     1, 1, 1, 1, 2, 2, 4, 4, 8, 8, 4, 8, 4, 8, 16, 4, 4, 2, 2, 4, 6, 1, 3, 1, 1, 1};

@@ -96,6 +96,9 @@ private:
     [[nodiscard]] OpcUa_StatusCode flush(OpcUa_StatusCode status);
 };
 
+/// Makes a writer that isn't open, and the handle that stands for it; neither may move from then on.
+void OpcUa_BinaryWriter_Initialize(OpcUa_BinaryWriter& writer, OpcUa_Encoder& encoder);
+
 /// Counts bytes in the place of a writer.
 struct OpcUa_BinaryCounter
 {

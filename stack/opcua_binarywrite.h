@@ -13,11 +13,10 @@
 #include "stack/opcua_localizedtext.h"
 #include "stack/opcua_nodeid.h"
 #include "stack/opcua_qualifiedname.h"
-#include "stack/opcua_stringparts.h"
+#include "stack/opcua_string.h"
 #include "stack/opcua_variant.h"
 
 #include <cstddef>
-#include <limits>
 #include <type_traits>
 
 // The binary encoding of the built-in types (OPC 10000-6, 5.2.2), each written once for a writer and
@@ -45,6 +44,41 @@ OpcUa_BinaryWrite_ExtensionObject(Sink& sink, const OpcUa_ExtensionObject& value
 template <typename Sink>
 [[nodiscard]] OpcUa_StatusCode OpcUa_BinaryWrite_DiagnosticInfo(Sink& sink,
                                                                 const OpcUa_DiagnosticInfo& value);
+
+/// Whether elements of a type lie in memory as they do on the wire.
+template <OpcUa_Byte type, typename T>
+inline constexpr bool OpcUa_BinaryType_IsCopiedAsMemory = type != OpcUaType_Boolean &&
+                                                          (std::is_arithmetic_v<T> ||
+                                                           type == OpcUaType_DateTime ||
+                                                           type == OpcUaType_Guid);
+
+/// Bits of a variant's first byte beside the number of its type.
+inline constexpr OpcUa_Byte OpcUa_BinaryVariant_TypeMask = 0x3F;
+inline constexpr OpcUa_Byte OpcUa_BinaryVariant_HasDimensions = 0x40;
+inline constexpr OpcUa_Byte OpcUa_BinaryVariant_IsArray = 0x80;
+
+/// What follows the type id of an extension object.
+inline constexpr OpcUa_Byte OpcUa_BinaryBody_None = 0;
+inline constexpr OpcUa_Byte OpcUa_BinaryBody_Bytes = 1;
+inline constexpr OpcUa_Byte OpcUa_BinaryBody_Xml = 2;
+
+/// Which fields of a diagnostic info follow its first byte, in the order on the wire.
+inline constexpr OpcUa_Byte OpcUa_BinaryDiagnosticInfo_HasSymbolicId = 0x01;
+inline constexpr OpcUa_Byte OpcUa_BinaryDiagnosticInfo_HasNamespaceUri = 0x02;
+inline constexpr OpcUa_Byte OpcUa_BinaryDiagnosticInfo_HasLocale = 0x08;
+inline constexpr OpcUa_Byte OpcUa_BinaryDiagnosticInfo_HasLocalizedText = 0x04;
+inline constexpr OpcUa_Byte OpcUa_BinaryDiagnosticInfo_HasAdditionalInfo = 0x10;
+inline constexpr OpcUa_Byte OpcUa_BinaryDiagnosticInfo_HasInnerStatusCode = 0x20;
+inline constexpr OpcUa_Byte OpcUa_BinaryDiagnosticInfo_HasInnerDiagnosticInfo = 0x40;
+
+/// The elements that a matrix on the wire has: the product of its dimensions, or -1 when there are no
+/// dimensions, one below 0, or a product that doesn't fit.
+[[nodiscard]] OpcUa_Int32 OpcUa_BinaryMatrix_SizeOf(const OpcUa_VariantMatrix& matrix);
+
+/// The index of a row's namespace by the context of an encoder, or `BadNotFound`.
+[[nodiscard]] OpcUa_StatusCode OpcUa_BinaryEncoder_FindNamespace(const OpcUa_BinaryWriter& writer,
+                                                                 const OpcUa_EncodeableType& type,
+                                                                 OpcUa_UInt16& index);
 
 /// Writes the count of an array whose elements follow, -1 or 0 for none. `BadEncodingError` for a
 /// count below -1, or a positive one without elements.
@@ -86,15 +120,14 @@ struct OpcUa_BinaryText
     }
 };
 
+/// Of a record: a plain text in its place is for whoever takes strings from outside.
 [[nodiscard]] inline OpcUa_StatusCode OpcUa_BinaryText_Of(const OpcUa_String& string,
                                                           OpcUa_BinaryText& text)
 {
-    const OpcUa_StringView view = OpcUa_String_View(&string);
-    if (view.size > static_cast<OpcUa_UInt32>(std::numeric_limits<OpcUa_Int32>::max())) {
-        return OpcUa_BadEncodingLimitsExceeded;
-    }
-    text = {view.text, view.text == nullptr ? -1 : static_cast<OpcUa_Int32>(view.size)};
-    return OpcUa_Good;
+    const auto length = static_cast<OpcUa_Int32>(string.uLength);
+    text = {string.strContent, string.strContent == nullptr ? -1 : length};
+    return string.strContent != nullptr && length < 0 ? OpcUa_BadEncodingLimitsExceeded
+                                                      : OpcUa_Good;
 }
 
 [[nodiscard]] inline OpcUa_StatusCode OpcUa_BinaryText_Of(const OpcUa_ByteString& bytes,
