@@ -6,6 +6,7 @@
 #include "pki/uapkierrorlist.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <filesystem>
 #include <new>
 #include <system_error>
@@ -156,6 +157,14 @@ std::optional<PkiBytes> PkiFile_Read(const char* path, OpcUa_Int64 limit,
     });
 }
 
+void PkiFile_RaiseError() noexcept
+{
+    if (errno != 0) {
+        ERR_raise(ERR_LIB_SYS, errno);
+    }
+    ERR_raise(ERR_LIB_BIO, ERR_R_SYS_LIB);
+}
+
 PkiFileStatus PkiFile_TryWrite(const UaUniString& path, const char* mode, const void* bytes,
                                std::size_t size, const UaPkiErrorList& errors)
 {
@@ -193,7 +202,9 @@ PkiFileStatus PkiFile_TryWrite(const char* path, const void* bytes, std::size_t 
         return PkiFileStatus::NotOpened;
     }
     // Without a buffer nothing is left for the close to write.
+    errno = 0;
     if (size > 0 && (BIO_write_ex(bio.get(), bytes, size, &written) != 1 || written != size)) {
+        PkiFile_RaiseError();
         errors.addLibraryErrors();
         return PkiFileStatus::NotWritten;
     }

@@ -44,6 +44,10 @@ inline constexpr OpcUa_Int64 PkiFile_LargestListSize = 64 * 1024 * 1024; ///< Re
 [[nodiscard]] bool PkiFile_Write(const char* path, const void* bytes, std::size_t size,
                                  const UaPkiErrorList& errors);
 
+/// Puts the reason why a file could not be written, which errno tells, into the library's queue as a
+/// file BIO does where it can't open one.
+void PkiFile_RaiseError() noexcept;
+
 enum class PkiFileStatus
 {
     Good,

@@ -63,15 +63,6 @@ std::optional<std::string_view> passPhrase(const char* password) noexcept
                : std::make_optional(std::string_view(password, strnlen(password, PEM_BUFSIZE)));
 }
 
-/// Tells why a file could not be written, as a file BIO does.
-void raiseFileError() noexcept
-{
-    if (errno != 0) {
-        ERR_raise(ERR_LIB_SYS, errno);
-    }
-    ERR_raise(ERR_LIB_BIO, ERR_R_SYS_LIB);
-}
-
 bool writeFile(const char* path, BIO* text) noexcept
 {
     char* bytes = nullptr;
@@ -163,7 +154,7 @@ int UaPkiRSAKeyPair::toPEMFile(const char* path, const char* password) const noe
         return 0;
     }
     if (isEncoded) {
-        raiseFileError();
+        PkiFile_RaiseError();
     }
     addLibraryErrors();
     return -1;

@@ -80,6 +80,7 @@ bool MemoryFileEngine::exists(const UaUniString& path) const
 
 std::FILE* MemoryFileEngine::fopen(const UaUniString& path, const char* mode)
 {
+    calls.push_back(std::string(mode) + " " + keyOf(path));
     const bool isForWriting = mode[0] == 'w';
     const auto file = files.find(keyOf(path));
     if (!isForWriting && file == files.end()) {

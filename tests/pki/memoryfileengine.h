@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
 /// A file engine whose files live in memory, as an embedding program might write one: names are plain
 /// keys, there is one flat directory, and streams are the system's temporary files, whose bytes come
@@ -17,6 +18,8 @@ public:
 
     /// The files, by name.
     std::map<std::string, std::string> files;
+    /// Every call of fopen, in their order, as the mode, a blank and the name.
+    std::vector<std::string> calls;
     /// Streams that were opened and not closed yet.
     [[nodiscard]] std::size_t openStreams() const { return m_streams.size(); }
 
