@@ -1,3 +1,6 @@
+// Only the old interface tells whose random source is in use.
+#define OPENSSL_SUPPRESS_DEPRECATED
+
 #include "platform/openssl_provider.h"
 
 #include "platform/allocator.h"
@@ -6,6 +9,7 @@
 #include "platform/mutex.h"
 #include "platform/openssl_handles.h"
 #include "platform/status.h"
+#include "platform/systemrandom.h"
 #include "platform/threadid.h"
 #include "platform/trace.h"
 
@@ -96,6 +100,15 @@ bool seed()
     return true;
 }
 
+/// The library's own source takes its seed from the system when it is first used. To make it costs
+/// most of the library's start, so that the start only asks whether the system can give one.
+bool canSeed()
+{
+    return RAND_get_rand_method() == RAND_OpenSSL()
+               ? OpcUa_IsGood(OpcUa_P_SystemRandom_Initialize())
+               : seed();
+}
+
 OpcUa_StatusCode addVersions()
 {
     struct Field
@@ -145,7 +158,7 @@ OpcUa_StatusCode startLibrary()
     if (OPENSSL_init_crypto(options, nullptr) != 1) {
         return OpcUa_BadUnexpectedError;
     }
-    if (!seed()) {
+    if (!canSeed()) {
         return OpcUa_Bad;
     }
     status = addVersions();

@@ -46,7 +46,7 @@ OpcUa_StatusCode startNetwork()
 OpcUa_StatusCode makeTypeTable()
 {
     OpcUa_EncodeableTypeTable_Initialize(&OpcUa_EncodeableTypes);
-    return OpcUa_Good;
+    return OpcUa_EncodeableTypeTable_AddTypes(&OpcUa_EncodeableTypes, OpcUa_KnownEncodeableTypes);
 }
 
 OpcUa_StatusCode makeNamespaceTable()
