@@ -13,8 +13,8 @@
 inline constexpr std::time_t PkiTime_Never = 4294967295;
 
 /// A text of any of the ASN.1 string types as UTF-8, converted only where it must be: it may refer to the
-/// string, which must outlive it. Empty for null and for text that can't be converted, with the reason in
-/// the library's queue.
+/// string, which must outlive it. Empty for null and for what can't be converted; the library has a reason
+/// in its queue for some of that.
 class PkiText
 {
 public:

@@ -28,5 +28,10 @@ template <typename Handle>
     const auto refuse = [](char* /*buffer*/, int /*size*/, int /*rwflag*/, void* /*data*/) {
         return -1;
     };
-    return PkiHandle<Handle>(bio != nullptr ? read(bio.get(), nullptr, refuse, nullptr) : nullptr);
+    PkiHandle<Handle> handle(bio != nullptr ? read(bio.get(), nullptr, refuse, nullptr) : nullptr);
+    if (handle == nullptr && ERR_peek_error() == 0) {
+        // The library has no words for a text without any bytes between its two lines.
+        ERR_raise(ERR_LIB_PEM, PEM_R_BAD_BASE64_DECODE);
+    }
+    return handle;
 }
