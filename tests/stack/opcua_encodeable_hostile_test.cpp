@@ -1,0 +1,106 @@
+#include "platform/allocator.h"
+#include "tests/stack/recordcoder.h"
+#include "tests/stack/recordsamples.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <span>
+
+// Every prefix and every flipped bit of filled messages of every type.
+
+namespace {
+
+/// Adds up what is asked of the stack's allocator while it lives.
+class AllocationSum
+{
+public:
+    AllocationSum()
+    {
+        sum() = 0;
+        OpcUa_Memory_SetFaultHook([](std::size_t size) {
+            sum() += size;
+            return false;
+        });
+    }
+    ~AllocationSum() { OpcUa_Memory_SetFaultHook(nullptr); }
+    AllocationSum(const AllocationSum&) = delete;
+    AllocationSum& operator=(const AllocationSum&) = delete;
+
+    [[nodiscard]] static std::atomic<std::size_t>& sum()
+    {
+        static std::atomic<std::size_t> value = 0;
+        return value;
+    }
+};
+
+/// Decodes bytes that may be anything: an error with nothing left, or a value that encodes again to
+/// something that decodes to the same.
+OpcUa_StatusCode decodeAnything(const OpcUa_RecordLayout& layout, std::span<const OpcUa_Byte> bytes)
+{
+    constexpr std::size_t mebibyte = 1024 * 1024;
+    SampleRecord record(layout);
+    OpcUa_StatusCode status = OpcUa_Good;
+    {
+        const AllocationSum allocations;
+        status = decodeRecord(*layout.Type, bytes, record.get());
+        EXPECT_LE(AllocationSum::sum(), 64 * bytes.size() + mebibyte);
+    }
+    if (OpcUa_IsBad(status)) {
+        EXPECT_TRUE(record.isInitialized());
+        return status;
+    }
+    const Bytes again = encodedRecord(*layout.Type, record.get());
+    SampleRecord twin(layout);
+    EXPECT_EQ(decodeRecord(*layout.Type, again, twin.get()), OpcUa_Good);
+    EXPECT_EQ(encodedRecord(*layout.Type, twin.get()), again);
+    return status;
+}
+
+/// One row per type and sample, so that a finding names its message.
+template <typename Test>
+void forEveryMessage(Test test)
+{
+    for (const OpcUa_RecordLayout* layout : allLayouts()) {
+        for (const RecordSample sample : filledRecordSamples) {
+            SCOPED_TRACE(testing::Message() << layout->Type->TypeName << ' ' << sample);
+            const SampleRecord record(*layout, sample);
+            test(*layout, encodedRecord(*layout->Type, record.get()));
+            if (testing::Test::HasFailure()) {
+                return;
+            }
+        }
+    }
+}
+
+TEST(EncodeableHostile, no_prefix_of_a_message_decodes)
+{
+    forEveryMessage([](const OpcUa_RecordLayout& layout, const Bytes& bytes) {
+        for (std::size_t length = 0; length < bytes.size(); ++length) {
+            // A copy of its own, so that a sanitizer sees the first byte behind it.
+            const Bytes prefix(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(length));
+            EXPECT_TRUE(OpcUa_IsBad(decodeAnything(layout, prefix))) << length;
+        }
+    });
+}
+
+TEST(EncodeableHostile, flipped_bits_are_refused_or_give_a_value_that_encodes_again)
+{
+    forEveryMessage([](const OpcUa_RecordLayout& layout, const Bytes& bytes) {
+        Bytes flipped = bytes;
+        std::size_t good = 0;
+        for (std::size_t bit = 0; bit < bytes.size() * 8; ++bit) {
+            const auto mask = static_cast<OpcUa_Byte>(1u << (bit % 8));
+            flipped[bit / 8] ^= mask;
+            good += OpcUa_IsGood(decodeAnything(layout, flipped)) ? 1 : 0;
+            flipped[bit / 8] ^= mask;
+            if (testing::Test::HasFailure()) {
+                FAIL() << "bit " << bit;
+            }
+        }
+        // Every message has a number or a text in which any bit may be set.
+        EXPECT_GT(good, 0u);
+    });
+}
+
+} // namespace
