@@ -20,6 +20,17 @@ QString toQString(const UaString& text)
     return QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
 }
 
+QStringList toQStringList(const UaStringArray& texts)
+{
+    QStringList list;
+    list.reserve(texts.length());
+    for (OpcUa_Int32 i = 0; i < texts.length(); ++i) {
+        const OpcUa_String& text = texts.rawArray()[i];
+        list.append(QString::fromUtf8(text.strContent, static_cast<qsizetype>(text.uLength)));
+    }
+    return list;
+}
+
 QDateTime toLocalDateTime(const UaDateTime& time)
 {
     return QDateTime::fromMSecsSinceEpoch(time.toInt64() / ticksPerMillisecond - epochDistance);

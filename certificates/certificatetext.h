@@ -2,6 +2,7 @@
 
 #include <QDateTime>
 #include <QString>
+#include <QStringList>
 
 class UaDateTime;
 class UaString;
@@ -11,6 +12,8 @@ class UaStringArray;
 
 /// The text, decoded from UTF-8.
 [[nodiscard]] QString toQString(const UaString& text);
+
+[[nodiscard]] QStringList toQStringList(const UaStringArray& texts);
 
 /// The texts, joined by ", ".
 [[nodiscard]] QString toJoinedText(const UaStringArray& texts);

@@ -8,5 +8,10 @@
 /// text of megabytes would stop the window.
 [[nodiscard]] QString cutForDisplay(const QString& text, qsizetype limit = 1000);
 
+/// Makes one line of a text that may hold anything: cut like cutForDisplay, with a blank for each line
+/// break or tab, and a replacement character for every other control character and for the marks that
+/// change the direction of what follows, which could make a name look like another.
+[[nodiscard]] QString lineForDisplay(const QString& text, qsizetype limit = 1000);
+
 /// A tooltip that shows the text as it stands, whatever markup it holds, cut and broken into lines.
 [[nodiscard]] QString plainToolTip(const QString& text);
