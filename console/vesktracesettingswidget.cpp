@@ -4,6 +4,7 @@
 #include "console/configelements.h"
 #include "console/configfile.h"
 #include "console/traceconfig.h"
+#include "widgets/labelalignment.h"
 #include "widgets/wheelguard.h"
 
 #include "ui_vesktracesettingswidget.h"
@@ -13,8 +14,6 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QUrl>
-
-#include <algorithm>
 
 namespace {
 
@@ -66,18 +65,10 @@ void VeskTraceSettingsWidget::connectForm()
     connect(ui->pushButton_revert, &QPushButton::clicked, this, &Self::sltLoadConfiguration);
 }
 
-/// The groups lay out their rows each for itself; labels of one width put all inputs in one line.
 void VeskTraceSettingsWidget::alignLabels()
 {
-    QLabel* const labels[] = {ui->label,   ui->label_2, ui->label_3, ui->label_5,
-                              ui->label_4, ui->label_6, ui->label_7};
-    int width = 0;
-    for (const QLabel* label : labels) {
-        width = std::max(width, label->sizeHint().width());
-    }
-    for (QLabel* label : labels) {
-        label->setMinimumWidth(width);
-    }
+    ::alignLabels(
+        {ui->label, ui->label_2, ui->label_3, ui->label_5, ui->label_4, ui->label_6, ui->label_7});
 }
 
 void VeskTraceSettingsWidget::changeEvent(QEvent* event)

@@ -1,6 +1,6 @@
 #include "console/zandreldialog.h"
 
-#include "certificates/certificatelocationinfo.h"
+#include "certificates/veskcertificatemanager.h"
 #include "console/configfile.h"
 #include "console/configreaders.h"
 #include "console/hostname.h"
@@ -66,13 +66,25 @@ void ZandrelDialog::makeTabs()
     ui->tabWidget->addTab(m_pEndpoints, tr("UA Endpoints"));
     m_pTrace = new VeskTraceSettingsWidget(m_configFile, m_tracePath, this);
     ui->tabWidget->addTab(m_pTrace, tr("Trace"));
-    // The tabs were made after the button; by Tab it comes last.
-    setTabOrder(previousInFocusChain(), ui->pushButton_close);
     connect(m_pEndpoints, &VeskServerConfigWidget::changesSaved, this,
             &ZandrelDialog::sltChangesSaved);
     connect(m_pTrace, &VeskTraceSettingsWidget::changesSaved, this,
             &ZandrelDialog::sltChangesSaved);
+    makeCertificatesTab();
+    // The tabs were made after the button; by Tab it comes last.
+    setTabOrder(previousInFocusChain(), ui->pushButton_close);
     connect(ui->tabWidget, &QTabWidget::currentChanged, this, &ZandrelDialog::sltCurrentTabChanged);
+}
+
+void ZandrelDialog::makeCertificatesTab()
+{
+    CertificateLocationInfo info;
+    if (!readCertificateLocations(info)) {
+        return;
+    }
+    m_pCertificates = new VeskCertificateManager(
+        QString(), QString(), info, QIcon(QStringLiteral(":/images/ua_64x64.png")), false, this);
+    ui->tabWidget->addTab(m_pCertificates, tr("Certificates"));
 }
 
 void ZandrelDialog::checkFile()

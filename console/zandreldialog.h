@@ -5,6 +5,7 @@
 
 #include <memory>
 
+class VeskCertificateManager;
 class VeskServerConfigWidget;
 class VeskTraceSettingsWidget;
 struct CertificateLocationInfo;
@@ -14,7 +15,7 @@ class ZandrelDialog;
 }
 
 /// The one top-level window of the console. It decides which configuration file is edited, makes the
-/// tabs, keeps them from being left with unsaved changes and remembers its geometry in the file. It
+/// tabs (that for certificates only when the file tells all of their places), keeps them from being left with unsaved changes and remembers its geometry in the file. It
 /// holds no configuration data: each tab reads and writes the file by itself.
 class ZandrelDialog : public QMainWindow
 {
@@ -63,6 +64,7 @@ protected:
 
 private:
     void makeTabs();
+    void makeCertificatesTab();
     void checkFile();
     void disableTabs(const QString& title, const QString& text);
     void restoreWindowGeometry();
@@ -74,4 +76,5 @@ private:
     QString m_applicationPath;
     VeskServerConfigWidget* m_pEndpoints = nullptr;
     VeskTraceSettingsWidget* m_pTrace = nullptr;
+    VeskCertificateManager* m_pCertificates = nullptr; ///< Null without certificate locations.
 };
