@@ -17,8 +17,9 @@ keeps_blocks='RsaFile\.failing_allocations_of_a_save|Provider\.source_that_gives
 targets=()
 select=(-LE program)
 if [ "$preset" = tsan ]; then
-    targets=(platform_test platform_threads_test platform_crypto_test platform_start_test base_test)
-    select=(-L '^(platform|base)$')
+    targets=(platform_test platform_threads_test platform_crypto_test platform_start_test
+        stack_threads_test base_test)
+    select=(-L '^(platform|base|threads)$')
 fi
 configure_and_build "$preset" "${targets[@]}"
 cd "$root"
