@@ -38,6 +38,7 @@ UaPkiCSR::UaPkiCSR(const UaPkiCertificateInfo& info, const UaPkiIdentity& subjec
     PkiHandle<X509_REQ> request(X509_REQ_new());
     const PkiHandle<X509_NAME> name = PkiName_Build(subject);
     const bool isMade = request != nullptr && name != nullptr &&
+                        X509_REQ_set_version(request.get(), X509_REQ_VERSION_1) == 1 &&
                         X509_REQ_set_subject_name(request.get(), name.get()) == 1 &&
                         X509_REQ_set_pubkey(request.get(), publicKey.get()) == 1 &&
                         PkiRequest_Sign(request.get(), makeExtensions(request.get(), info, isCA),

@@ -1,9 +1,8 @@
 #include "base/uaunistring.h"
 #include "pki/pkifile.h"
-#include "pki/uapkiidentity.h"
 #include "pki/uapkiprivatekey.h"
 #include "pki/uapkirevocationlist.h"
-#include "tests/pki/derlist.h"
+#include "tests/pki/certificateorder.h"
 #include "tests/pki/errorqueue.h"
 #include "tests/pki/memoryfileengine.h"
 #include "tests/pki/pkitexts.h"
@@ -30,9 +29,7 @@ using ::testing::StartsWith;
 
 UaPkiRevocationList sampleList()
 {
-    UaPkiIdentity issuer;
-    issuer.organization = "Org";
-    UaPkiRevocationList list(3600, issuer, 7);
+    UaPkiRevocationList list(3600, identityOf("Authority"), 7);
     EXPECT_TRUE(list.sign(sampleKeyPair().privateKey()));
     return list;
 }

@@ -1,9 +1,8 @@
 #include "pki/uapkicertificate.h"
-#include "pki/uapkicertificateinfo.h"
-#include "pki/uapkiidentity.h"
 #include "pki/uapkiprivatekey.h"
 #include "pki/uapkipublickey.h"
 #include "pki/uapkirevocationlist.h"
+#include "tests/pki/certificateorder.h"
 #include "tests/pki/derlist.h"
 #include "tests/pki/errorqueue.h"
 #include "tests/pki/pkitexts.h"
@@ -293,21 +292,9 @@ protected:
         ASSERT_THAT(messagesOf(list), IsEmpty());
         ASSERT_EQ(list.toPEMFile(directory.file("list.pem").c_str()), 1);
     }
-    static UaPkiIdentity issuer()
-    {
-        return {.organization = "Org",
-                .organizationUnit = "Unit",
-                .locality = "M\xC3\xBCnchen",
-                .state = "Bayern",
-                .country = "DE",
-                .commonName = "Authority",
-                .domainComponent = "example"};
-    }
     static UaPkiCertificateInfo infoWith(OpcUa_Int32 serialNumber)
     {
-        UaPkiCertificateInfo info;
-        info.uri = "urn:example:application";
-        info.validTime = 3600;
+        UaPkiCertificateInfo info = sampleInfo();
         info.serialNumber = serialNumber;
         return info;
     }
@@ -319,11 +306,11 @@ protected:
                 otherKeyPair().privateKey(), false,   UaPkiCertificate::Sha256WithRsa};
     }
 
-    const UaPkiCertificate authority = {infoWith(1), issuer(), otherKeyPair(), true,
+    const UaPkiCertificate authority = {infoWith(1), sampleIdentity(), otherKeyPair(), true,
                                         UaPkiCertificate::Sha256WithRsa};
     const UaPkiCertificate revoked = leaf(0x1234);
     const UaPkiCertificate kept = leaf(0x1235);
-    UaPkiRevocationList list = {3600, issuer(), 0x10203};
+    UaPkiRevocationList list = {3600, sampleIdentity(), 0x10203};
 };
 
 TEST_F(OurListTest, reads_in_openssl_field_by_field)
@@ -338,7 +325,7 @@ TEST_F(OurListTest, reads_in_openssl_field_by_field)
     EXPECT_EQ(std::count(output.begin(), output.end(), '\r'), 0);
     expectSameFields(list, "list.pem");
     expectSameForms(list, "list.pem");
-    EXPECT_EQ(list.issuer(), issuer());
+    EXPECT_EQ(list.issuer(), sampleIdentity());
 }
 
 TEST_F(OurListTest, signature_verifies_in_openssl)
@@ -363,22 +350,19 @@ TEST_F(OurListTest, openssl_and_certtool_take_the_revoked_certificate_for_revoke
 TEST_F(OurListTest, reads_in_certtool_field_by_field)
 {
     const std::string output = run("certtool --crl-info --infile list.pem");
-    EXPECT_THAT(
-        output,
-        AllOf(HasSubstr("Version: 2\n"),
-              HasSubstr("Issuer: CN=Authority,OU=Unit,O=Org,L=M\xC3\xBCnchen,ST=Bayern,C=DE,"
-                        "DC=example\n"),
-              HasSubstr("CRL Number (not critical): 010203\n"),
-              HasSubstr("Revoked certificates (1):\n"), HasSubstr("Serial Number (hex): 1234\n"),
-              HasSubstr("Revoked at: Tue Jan 02 03:04:05 UTC 2024\n"),
-              HasSubstr("Signature Algorithm: RSA-SHA1\n")));
+    EXPECT_THAT(output, AllOf(HasSubstr("Version: 2\n"),
+                              HasSubstr("Issuer: CN=application@host,OU=Unit,O=Organisation,"
+                                        "L=Ort \xC3\xBC,ST=State,C=DE,DC=host\n"),
+                              HasSubstr("CRL Number (not critical): 010203\n"),
+                              HasSubstr("Revoked certificates (1):\n"),
+                              HasSubstr("Serial Number (hex): 1234\n"),
+                              HasSubstr("Revoked at: Tue Jan 02 03:04:05 UTC 2024\n"),
+                              HasSubstr("Signature Algorithm: RSA-SHA1\n")));
 }
 
 TEST_F(OurListTest, empty_fields_of_the_issuer_are_entries_to_openssl)
 {
-    UaPkiIdentity sparse;
-    sparse.commonName = "Authority";
-    UaPkiRevocationList sparseList(3600, sparse, 1);
+    UaPkiRevocationList sparseList(3600, identityOf("Authority"), 1);
     ASSERT_TRUE(sparseList.sign(otherKeyPair().privateKey()));
     ASSERT_EQ(sparseList.toDERFile(directory.file("sparse.der").c_str()), 1);
     EXPECT_THAT(run("openssl crl -in sparse.der -noout -issuer -nameopt sname,sep_multiline"),

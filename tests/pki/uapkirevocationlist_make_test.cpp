@@ -1,9 +1,9 @@
 #include "pki/opensslhandles.h"
 #include "pki/uapkicertificate.h"
-#include "pki/uapkiidentity.h"
 #include "pki/uapkiprivatekey.h"
 #include "pki/uapkipublickey.h"
 #include "pki/uapkirevocationlist.h"
+#include "tests/pki/certificateorder.h"
 #include "tests/pki/dercertificate.h"
 #include "tests/pki/errorqueue.h"
 #include "tests/pki/fixedclock.h"
@@ -29,18 +29,7 @@ using RevocationListMakeTest = PkiTest;
 
 const UaDateTime today = UaDateTime::fromString("2024-05-06T07:08:09.500Z");
 
-UaPkiIdentity fullIssuer()
-{
-    return {.organization = "Org",
-            .organizationUnit = "Unit",
-            .locality = "Town",
-            .state = "State",
-            .country = "DE",
-            .commonName = "Authority",
-            .domainComponent = "example"};
-}
-
-UaPkiRevocationList newList(const UaPkiIdentity& issuer = fullIssuer(), int number = 7)
+UaPkiRevocationList newList(const UaPkiIdentity& issuer = sampleIdentity(), int number = 7)
 {
     return {3600, issuer, number};
 }
@@ -58,17 +47,9 @@ std::string textOf(const ASN1_STRING* value)
             static_cast<std::size_t>(ASN1_STRING_length(value))};
 }
 
-/// The entries of an issuer as "O=Org", in their order.
 std::vector<std::string> entriesOf(const UaPkiRevocationList& list)
 {
-    const X509_NAME* const name = X509_CRL_get_issuer(list.handle());
-    std::vector<std::string> entries;
-    for (int i = 0; i < X509_NAME_entry_count(name); ++i) {
-        const X509_NAME_ENTRY* const entry = X509_NAME_get_entry(name, i);
-        entries.push_back(std::string(OBJ_nid2sn(OBJ_obj2nid(X509_NAME_ENTRY_get_object(entry)))) +
-                          "=" + textOf(X509_NAME_ENTRY_get_data(entry)));
-    }
-    return entries;
+    return attributesOf(X509_CRL_get_issuer(list.handle()));
 }
 
 int countOf(const UaPkiRevocationList& list)
@@ -99,7 +80,7 @@ TEST_F(RevocationListMakeTest, a_new_list_has_version_issuer_times_and_number)
     EXPECT_EQ(X509_CRL_get_version(list.handle()), 1);
     EXPECT_EQ(list.thisUpdate().toString(), "2024-05-06T07:08:09.000Z");
     EXPECT_EQ(list.nextUpdate().toString(), "2024-05-06T08:08:09.000Z");
-    EXPECT_EQ(list.issuer(), fullIssuer());
+    EXPECT_EQ(list.issuer(), sampleIdentity());
     EXPECT_EQ(list.crlNumber(), 7);
     EXPECT_TRUE(list.isValid());
     EXPECT_EQ(countOf(list), 0);
@@ -111,14 +92,14 @@ TEST_F(RevocationListMakeTest, a_new_list_has_version_issuer_times_and_number)
 
 TEST_F(RevocationListMakeTest, issuer_has_seven_entries_in_the_order_of_certificates)
 {
-    EXPECT_THAT(entriesOf(newList()), ElementsAre("DC=example", "C=DE", "ST=State", "L=Town",
-                                                  "O=Org", "OU=Unit", "CN=Authority"));
+    EXPECT_THAT(entriesOf(newList()),
+                ElementsAre("DC=host", "C=DE", "ST=State", "L=Ort \xC3\xBC", "O=Organisation",
+                            "OU=Unit", "CN=application@host"));
 }
 
 TEST_F(RevocationListMakeTest, empty_fields_become_entries_with_an_empty_text)
 {
-    UaPkiIdentity issuer;
-    issuer.commonName = "Authority";
+    const UaPkiIdentity issuer = identityOf("Authority");
     const UaPkiRevocationList list = newList(issuer);
     EXPECT_THAT(messagesOf(list), IsEmpty());
     EXPECT_THAT(entriesOf(list),
@@ -152,7 +133,7 @@ TEST_F(RevocationListMakeTest, a_field_that_the_library_refuses_is_left_out_with
         {"no UTF-8", &UaPkiIdentity::organization, "\xFF\xFE", 4},
     };
     for (const RefusedRow& row : rows) {
-        UaPkiIdentity issuer = fullIssuer();
+        UaPkiIdentity issuer = sampleIdentity();
         issuer.*row.field = UaString(row.text.c_str());
         const UaPkiRevocationList list = newList(issuer);
         EXPECT_FALSE(list.isNull()) << row.name;
@@ -187,7 +168,7 @@ TEST_F(RevocationListMakeTest, lifetime_counts_from_now_in_seconds)
 {
     for (const LifetimeRow& row : lifetimeRows) {
         const FixedClock clock(UaDateTime::fromString(row.now));
-        const UaPkiRevocationList list(row.validTime, fullIssuer(), 1);
+        const UaPkiRevocationList list(row.validTime, sampleIdentity(), 1);
         ASSERT_FALSE(list.isNull()) << row.validTime;
         const ASN1_TIME* const next = X509_CRL_get0_nextUpdate(list.handle());
         EXPECT_EQ(textOf(next), row.nextUpdate) << row.validTime;
@@ -199,7 +180,7 @@ TEST_F(RevocationListMakeTest, lifetime_counts_from_now_in_seconds)
 TEST_F(RevocationListMakeTest, any_number_comes_back)
 {
     for (const int number : {0, 1, 127, 128, 65536, 2147483647, -1, -128, -2147483647 - 1}) {
-        EXPECT_EQ(newList(fullIssuer(), number).crlNumber(), number);
+        EXPECT_EQ(newList(sampleIdentity(), number).crlNumber(), number);
     }
 }
 
