@@ -1,0 +1,106 @@
+// Certificates: the first byte chooses DER or PEM. What the library decodes, and nothing else, is read;
+// all fields are those of the library's own decoding; what is written reads again as the same; what isn't
+// read has messages, and the library's queue is empty.
+
+#include "base/uabytestring.h"
+#include "fuzz/require.h"
+#include "pki/opensslhandles.h"
+#include "pki/uapkicertificate.h"
+#include "tests/pki/certificatefields.h"
+
+#include <openssl/pem.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <string>
+
+namespace {
+
+/// A file that is removed at the end of the process.
+class ScratchFile
+{
+public:
+    ScratchFile()
+        : m_path((std::filesystem::temp_directory_path() /
+                  ("certificate_fuzzer_" + std::to_string(std::random_device()())))
+                     .string())
+    {
+    }
+    ~ScratchFile()
+    {
+        std::error_code ignored;
+        std::filesystem::remove(m_path, ignored);
+    }
+    ScratchFile(const ScratchFile&) = delete;
+    ScratchFile& operator=(const ScratchFile&) = delete;
+
+    const char* write(const std::uint8_t* data, std::size_t size) const
+    {
+        std::ofstream file(m_path, std::ios::binary | std::ios::trunc);
+        file.write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
+        return m_path.c_str();
+    }
+
+private:
+    std::string m_path;
+};
+
+UaPkiCertificate readPem(const std::uint8_t* data, std::size_t size)
+{
+    static const ScratchFile file;
+    return UaPkiCertificate::fromPEMFile(file.write(data, size));
+}
+
+PkiHandle<X509> decodeDer(const std::uint8_t* data, std::size_t size)
+{
+    const PkiErrorScope scope;
+    const unsigned char* position = data;
+    return PkiHandle<X509>(d2i_X509(nullptr, &position, static_cast<long>(size)));
+}
+
+PkiHandle<X509> decodePem(const std::uint8_t* data, std::size_t size)
+{
+    const PkiErrorScope scope;
+    const PkiHandle<BIO> bio(BIO_new_mem_buf(data, static_cast<int>(size)));
+    const auto refuse = [](char* /*buffer*/, int /*size*/, int /*rwflag*/, void* /*data*/) {
+        return -1;
+    };
+    return PkiHandle<X509>(PEM_read_bio_X509(bio.get(), nullptr, refuse, nullptr));
+}
+
+void check(const UaPkiCertificate& certificate, X509* expected)
+{
+    require(ERR_peek_error() == 0);
+    require(certificate.isNull() == (expected == nullptr));
+    require(certificate.isNull() == !certificate.getErrors().empty());
+    if (certificate.isNull()) {
+        return;
+    }
+    const std::string fields = allFieldsOf(certificate);
+    require(fields == allFieldsOf(UaPkiCertificate(expected)));
+    require(ERR_peek_error() == 0);
+    const UaPkiCertificate again = UaPkiCertificate::fromDER(certificate.toDERByteString());
+    require(fields == allFieldsOf(again));
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    constexpr std::size_t largest = 64 * 1024;
+    if (size < 2 || size > largest) {
+        return 0;
+    }
+    const std::uint8_t* const bytes = data + 1;
+    const std::size_t count = size - 1;
+    if (data[0] % 2 == 0) {
+        check(UaPkiCertificate::fromDER(UaByteArray(bytes, static_cast<OpcUa_Int32>(count))),
+              decodeDer(bytes, count).get());
+    } else {
+        check(readPem(bytes, count), decodePem(bytes, count).get());
+    }
+    return 0;
+}
