@@ -33,6 +33,7 @@ struct PkiDeleter
         sk_X509_EXTENSION_pop_free(value, X509_EXTENSION_free);
     }
     void operator()(X509* value) const noexcept { X509_free(value); }
+    void operator()(X509_ALGOR* value) const noexcept { X509_ALGOR_free(value); }
     void operator()(X509_CRL* value) const noexcept { X509_CRL_free(value); }
     void operator()(X509_EXTENSION* value) const noexcept { X509_EXTENSION_free(value); }
     void operator()(X509_NAME* value) const noexcept { X509_NAME_free(value); }

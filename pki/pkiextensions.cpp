@@ -73,7 +73,13 @@ std::span<const PkiExtensionRow> PkiExtensions_SigningRows() noexcept
 PkiHandle<X509_EXTENSION> PkiExtensions_Make(X509V3_CTX& context,
                                              const PkiExtensionRow& row) noexcept
 {
-    return PkiHandle<X509_EXTENSION>(X509V3_EXT_conf(nullptr, &context, row.name, row.value));
+    PkiHandle<X509_EXTENSION> extension(X509V3_EXT_conf(nullptr, &context, row.name, row.value));
+    // When memory is short, the library passes over what may be missing, such as the identifier of the
+    // issuer's key, and only its queue tells.
+    if (ERR_peek_error() != 0) {
+        return nullptr;
+    }
+    return extension;
 }
 
 bool PkiExtensions_HasSubjectAltName(const UaPkiCertificateInfo& info) noexcept

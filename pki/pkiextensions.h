@@ -26,7 +26,8 @@ inline constexpr PkiExtensionRow PkiExtensions_IssuersKey = {"authorityKeyIdenti
 /// The rows that are made anew when another issuer signs a certificate.
 [[nodiscard]] std::span<const PkiExtensionRow> PkiExtensions_SigningRows() noexcept;
 
-/// Makes an extension for what the context holds; null on failure.
+/// Makes an extension for what the context holds; null on failure, and when the library's queue wasn't
+/// empty before.
 [[nodiscard]] PkiHandle<X509_EXTENSION> PkiExtensions_Make(X509V3_CTX& context,
                                                            const PkiExtensionRow& row) noexcept;
 
@@ -35,8 +36,9 @@ inline constexpr PkiExtensionRow PkiExtensions_IssuersKey = {"authorityKeyIdenti
 
 /// Makes the subjectAltName extension: the URI, the host names, the IP addresses and the e-mail address,
 /// in this order, as one text "URI:...,DNS:...,IP:...,email:..." that isn't cleaned. The library's
-/// configuration syntax holds for it: a comma begins a further name, the text ends at a line break or
-/// NUL, and without a URI it begins with a comma, which the library refuses. Null on failure.
+/// configuration syntax holds for it: a comma begins a further name, a line break makes all behind it
+/// part of the name, and a NUL ends the text. Without a URI it begins with a comma, which the library
+/// refuses. Null on failure.
 [[nodiscard]] PkiHandle<X509_EXTENSION>
 PkiExtensions_MakeSubjectAltName(X509V3_CTX& context, const UaPkiCertificateInfo& info) noexcept;
 

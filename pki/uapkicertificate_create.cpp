@@ -1,5 +1,6 @@
 #include "pki/opensslhandles.h"
 #include "pki/pkibarecontext.h"
+#include "pki/pkicertificate.h"
 #include "pki/pkiextensions.h"
 #include "pki/pkiname.h"
 #include "pki/uapkicertificate.h"
@@ -8,12 +9,15 @@
 #include "pki/uapkipublickey.h"
 #include "pki/uapkirsakeypair.h"
 
+#include <openssl/core_names.h>
+#include <openssl/params.h>
+
+#include <array>
+#include <cstddef>
 #include <ctime>
 #include <utility>
 
 namespace {
-
-constexpr const char* isNullCertificate = "The certificate is NULL";
 
 /// Makes a certificate with `fill(certificate)`, which tells whether all went well; null on failure,
 /// with the library's errors drained.
@@ -93,12 +97,31 @@ bool add(X509* certificate, const PkiHandle<X509_EXTENSION>& extension)
     return extension != nullptr && X509_add_ext(certificate, extension.get(), -1) == 1;
 }
 
-/// Adds the table's extensions and, to an application's certificate, its names.
+/// What the extensions tell of a certificate that is its own issuer. The library would leave its key's
+/// identifier out if it saw the certificate itself.
+PkiHandle<X509> likenessOf(X509* certificate)
+{
+    PkiHandle<X509> likeness(X509_new());
+    const bool isAlike =
+        likeness != nullptr &&
+        X509_set_issuer_name(likeness.get(), X509_get_issuer_name(certificate)) == 1 &&
+        X509_set_serialNumber(likeness.get(), X509_get_serialNumber(certificate)) == 1;
+    return isAlike ? std::move(likeness) : nullptr;
+}
+
+/// Adds the table's extensions and, to an application's certificate, its names. Without an issuer the
+/// certificate is its own.
 bool addExtensions(X509* certificate, X509* issuer, const UaPkiCertificateInfo& info, bool isCA)
 {
-    X509V3_CTX context = contextOf(issuer, certificate);
+    const PkiHandle<X509> likeness = issuer == nullptr ? likenessOf(certificate) : nullptr;
+    if (issuer == nullptr && likeness == nullptr) {
+        return false;
+    }
+    X509V3_CTX context = contextOf(likeness != nullptr ? likeness.get() : issuer, certificate);
     for (const PkiExtensionRow& row : PkiExtensions_Rows(isCA)) {
-        if (!add(certificate, PkiExtensions_Make(context, row))) {
+        const PkiHandle<X509_EXTENSION> extension = PkiExtensions_Make(context, row);
+        if (!add(certificate, extension) ||
+            (likeness != nullptr && !add(likeness.get(), extension))) {
             return false;
         }
     }
@@ -106,15 +129,77 @@ bool addExtensions(X509* certificate, X509* issuer, const UaPkiCertificateInfo& 
            add(certificate, PkiExtensions_MakeSubjectAltName(context, info));
 }
 
-/// Signs in the default context, whichever the certificate's is.
+/// What names the algorithm of a signature that is being made; null on failure.
+PkiHandle<X509_ALGOR> algorithmOf(EVP_PKEY_CTX* context)
+{
+    constexpr std::size_t largestSize = 128;
+    std::array<unsigned char, largestSize> bytes{};
+    OSSL_PARAM parameters[] = {
+        OSSL_PARAM_octet_string(OSSL_SIGNATURE_PARAM_ALGORITHM_ID, bytes.data(), bytes.size()),
+        OSSL_PARAM_END};
+    if (EVP_PKEY_CTX_get_params(context, parameters) != 1) {
+        return nullptr;
+    }
+    const unsigned char* position = bytes.data();
+    return PkiHandle<X509_ALGOR>(
+        d2i_X509_ALGOR(nullptr, &position, static_cast<long>(parameters[0].return_size)));
+}
+
+/// Signs bytes; empty on failure, with the reason in the library's queue.
+std::pair<PkiLibraryBytes, std::size_t> signBytes(EVP_MD_CTX* context, const unsigned char* bytes,
+                                                  std::size_t size)
+{
+    std::size_t length = 0;
+    if (EVP_DigestSign(context, nullptr, &length, bytes, size) != 1) {
+        return {};
+    }
+    PkiLibraryBytes signature(static_cast<unsigned char*>(OPENSSL_malloc(length)));
+    if (signature == nullptr ||
+        EVP_DigestSign(context, signature.get(), &length, bytes, size) != 1) {
+        return {};
+    }
+    return {std::move(signature), length};
+}
+
+/// Signs as X509_sign does, but in the default context, whichever the certificate's is. The library's
+/// own function frees a part of the certificate on its own when memory is short.
 bool signWith(X509* certificate, EVP_PKEY* key, int signatureAlgorithm)
 {
     const EVP_MD* const digest =
         signatureAlgorithm == UaPkiCertificate::Sha1WithRsa ? EVP_sha1() : EVP_sha256();
     const PkiHandle<EVP_MD_CTX> context(EVP_MD_CTX_new());
-    return context != nullptr &&
-           EVP_DigestSignInit(context.get(), nullptr, digest, nullptr, key) == 1 &&
-           X509_sign_ctx(certificate, context.get()) > 0;
+    EVP_PKEY_CTX* keyContext = nullptr;
+    if (context == nullptr ||
+        EVP_DigestSignInit(context.get(), &keyContext, digest, nullptr, key) != 1) {
+        return false;
+    }
+    const PkiHandle<X509_ALGOR> algorithm = algorithmOf(keyContext);
+    // The library shows the parts of a certificate, but doesn't let them be changed.
+    const ASN1_BIT_STRING* shown = nullptr;
+    const X509_ALGOR* outerAlgorithm = nullptr;
+    X509_get0_signature(&shown, &outerAlgorithm, certificate);
+    const X509_ALGOR* const innerAlgorithm = X509_get0_tbs_sigalg(certificate);
+    if (algorithm == nullptr ||
+        X509_ALGOR_copy(const_cast<X509_ALGOR*>(innerAlgorithm), algorithm.get()) != 1 ||
+        X509_ALGOR_copy(const_cast<X509_ALGOR*>(outerAlgorithm), algorithm.get()) != 1) {
+        return false;
+    }
+    unsigned char* encoded = nullptr;
+    const int size = i2d_re_X509_tbs(certificate, &encoded);
+    const PkiLibraryBytes owner(encoded);
+    if (size <= 0) {
+        return false;
+    }
+    auto [bytes, length] = signBytes(context.get(), encoded, static_cast<std::size_t>(size));
+    if (bytes == nullptr) {
+        return false;
+    }
+    auto* const signature = const_cast<ASN1_BIT_STRING*>(shown);
+    ASN1_STRING_set0(signature, bytes.release(), static_cast<int>(length));
+    // No unused bits at the end.
+    constexpr long unusedBits = 0x07;
+    signature->flags = (signature->flags & ~unusedBits) | ASN1_STRING_FLAG_BITS_LEFT;
+    return true;
 }
 
 /// Copies a request's extensions but for the one that names its issuer's key.
@@ -183,12 +268,11 @@ X509* make(const UaPkiErrorList& errors, const Order& order)
 {
     const std::time_t now = UaDateTime::now().toTime_t();
     return make(errors, [&](X509* certificate) {
-        X509* const issuer = order.issuer != nullptr ? order.issuer : certificate;
         return setNumbers(certificate, order.info.serialNumber, now) &&
                setNames(certificate, order.subject, order.issuerName) &&
                setLifetime(certificate, order.info.validTime, now) &&
                setKey(certificate, order.key) &&
-               addExtensions(certificate, issuer, order.info, order.isCA) &&
+               addExtensions(certificate, order.issuer, order.info, order.isCA) &&
                signWith(certificate, order.issuerKey, order.signatureAlgorithm);
     });
 }
@@ -237,7 +321,7 @@ UaPkiCertificate::UaPkiCertificate(const UaPkiCertificateInfo& info, const UaPki
 {
     const PkiErrorScope scope;
     if (issuer.isNull()) {
-        addError(isNullCertificate);
+        addError(PkiCertificate_IsNull);
         return;
     }
     const PkiHandle<EVP_PKEY> key(subjectKey.handle());
@@ -261,7 +345,7 @@ UaPkiCertificate UaPkiCertificate::fromCSR(const UaPkiCSR& request, const UaPkiC
     const PkiErrorScope scope;
     UaPkiCertificate result;
     if (request.isNull() || issuer.isNull()) {
-        result.addError(request.isNull() ? "The CSR is NULL" : isNullCertificate);
+        result.addError(request.isNull() ? "The CSR is NULL" : PkiCertificate_IsNull);
         return result;
     }
     const std::time_t now = UaDateTime::now().toTime_t();
@@ -287,7 +371,7 @@ bool UaPkiCertificate::sign(const UaPkiCertificate& issuer, const UaPkiPrivateKe
 {
     const PkiErrorScope scope;
     if (isNull() || issuer.isNull()) {
-        addError(isNullCertificate);
+        addError(PkiCertificate_IsNull);
         return false;
     }
     // The identifier of a key can't be worked out in a certificate without algorithms.
