@@ -1,6 +1,7 @@
 // Lays out the directory of a server for the console to open: a configuration file with three
-// endpoints and the folders of its certificates. The reader learns which files and folders the
-// console works on and which elements it reads. Besides those the sample holds elements that only
+// endpoints and the folders of its certificates, with a file for each state that the console shows.
+// The reader learns which files and folders the console works on, which elements it reads, and how
+// certificates, keys and revocation lists are made. Besides those the sample holds elements that only
 // a server would know, to show that they survive every save.
 //
 //     sampleserver [--force] <directory>

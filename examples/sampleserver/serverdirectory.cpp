@@ -1,5 +1,7 @@
 #include "examples/sampleserver/serverdirectory.h"
 
+#include "examples/sampleserver/certificates.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -83,6 +85,10 @@ QString layOutServerDirectory(const QString& directory, ExistingConfig existing)
         return QStringLiteral("The file '%1' already exists; --force replaces it.")
             .arg(QDir::toNativeSeparators(config));
     }
-    const QString error = makeFolders(QDir(directory));
+    const QDir root(directory);
+    QString error = makeFolders(root);
+    if (error.isEmpty()) {
+        error = layOutCertificates(root);
+    }
     return error.isEmpty() ? writeConfig(config) : error;
 }

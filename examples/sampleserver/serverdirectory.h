@@ -10,8 +10,8 @@ enum class ExistingConfig
 };
 
 /// Lays out the directory of a server as the console expects it: "ServerConfig.xml" and, in "pki",
-/// empty folders for own, trusted, issuer and rejected certificates and for revocation lists. The
-/// folder for private keys is open to its owner alone.
+/// folders with own, trusted, issuer and rejected certificates and with revocation lists (see
+/// layOutCertificates). The folder for private keys is open to its owner alone.
 ///
 /// Folders that are missing are made, `directory` itself included; folders that exist keep their
 /// files. With ExistingConfig::Keep an existing configuration file is an error and nothing is
