@@ -48,7 +48,7 @@ private Q_SLOTS:
     void bad_command_line_ends_with_2_and_shows_the_usage_data();
     void bad_command_line_ends_with_2_and_shows_the_usage();
     void help_ends_with_0();
-    void writes_the_configuration_and_empty_folders();
+    void writes_the_configuration_and_the_folders();
     void makes_the_directory_and_its_parents();
     void key_folder_is_open_to_its_owner_alone();
     void key_folder_that_was_open_is_closed();
@@ -107,7 +107,7 @@ void SampleServerTest::help_ends_with_0()
     QCOMPARE(run.errors, QString());
 }
 
-void SampleServerTest::writes_the_configuration_and_empty_folders()
+void SampleServerTest::writes_the_configuration_and_the_folders()
 {
     const ProgramRun run = runSampleServer({m_folder->path()});
     QVERIFY2(run.exitCode == 0, qPrintable(run.errors));
@@ -116,7 +116,6 @@ void SampleServerTest::writes_the_configuration_and_empty_folders()
     QCOMPARE(entriesOf(m_folder->path()), (QStringList{configName, QStringLiteral("pki")}));
     for (const QString& folder : folders) {
         QVERIFY2(QFileInfo(path(folder)).isDir(), qPrintable(folder));
-        QCOMPARE(entriesOf(path(folder)), QStringList());
     }
     const QByteArray expected =
         bytesOf(QStringLiteral(SAMPLESERVER_SOURCE) + QLatin1Char('/') + configName);
@@ -256,8 +255,9 @@ void SampleServerTest::full_disk_keeps_the_old_configuration_and_leaves_no_remai
         QSKIP("there is no shell to limit the size of files with");
     }
     QVERIFY(writeFile(path(configName), "<mine/>"));
-    // A limit of two blocks; with its signal ignored the write fails as on a full disk.
-    const QString script = QStringLiteral("trap '' XFSZ; ulimit -f 2; exec \"$0\" --force \"$1\"");
+    // A limit of a few blocks, which the certificates keep; with its signal ignored the write fails as
+    // on a full disk.
+    const QString script = QStringLiteral("trap '' XFSZ; ulimit -f 6; exec \"$0\" --force \"$1\"");
     const ProgramRun run =
         runProgram(shell, {QStringLiteral("-c"), script, QStringLiteral(SAMPLESERVER_PROGRAM),
                            m_folder->path()});
