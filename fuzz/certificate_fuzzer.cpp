@@ -4,6 +4,7 @@
 
 #include "base/uabytestring.h"
 #include "fuzz/require.h"
+#include "fuzz/scratchfile.h"
 #include "pki/opensslhandles.h"
 #include "pki/uapkicertificate.h"
 #include "tests/pki/certificatefields.h"
@@ -12,41 +13,9 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <filesystem>
-#include <fstream>
-#include <random>
 #include <string>
 
 namespace {
-
-/// A file that is removed at the end of the process.
-class ScratchFile
-{
-public:
-    ScratchFile()
-        : m_path((std::filesystem::temp_directory_path() /
-                  ("certificate_fuzzer_" + std::to_string(std::random_device()())))
-                     .string())
-    {
-    }
-    ~ScratchFile()
-    {
-        std::error_code ignored;
-        std::filesystem::remove(m_path, ignored);
-    }
-    ScratchFile(const ScratchFile&) = delete;
-    ScratchFile& operator=(const ScratchFile&) = delete;
-
-    const char* write(const std::uint8_t* data, std::size_t size) const
-    {
-        std::ofstream file(m_path, std::ios::binary | std::ios::trunc);
-        file.write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
-        return m_path.c_str();
-    }
-
-private:
-    std::string m_path;
-};
 
 UaPkiCertificate readPem(const std::uint8_t* data, std::size_t size)
 {
