@@ -4,6 +4,9 @@
 #include "stack/opcua_elementtraits.h"
 #include "stack/opcua_variantparts.h"
 
+#include <algorithm>
+#include <cstring>
+
 namespace {
 
 constexpr OpcUa_Byte knownDataValueFlags = 0x3F;
@@ -140,6 +143,34 @@ OpcUa_StatusCode readDataValueFields(OpcUa_BinaryReader& reader, OpcUa_Byte mask
               value.ServerTimestamp);
     readField(OpcUa_BinaryDataValue_HasServerPicoseconds, readPicoseconds, value.ServerPicoseconds);
     return status;
+}
+
+/// Reads a data value that holds a number, out of a buffer with the bytes of the longest one; the first
+/// byte is known. False for a data value with anything else.
+bool readNumberDataValue(OpcUa_BinaryReader& reader, OpcUa_Byte mask, OpcUa_DataValue& value)
+{
+    const OpcUa_Byte* from = reader.Buffer->Current + 1;
+    const std::size_t size = OpcUa_BinaryNumber_Sizes[*from];
+    if ((mask & OpcUa_BinaryDataValue_HasValue) == 0 || (mask & ~knownDataValueFlags) != 0 ||
+        size == 0) {
+        return false;
+    }
+    from = OpcUa_BinaryNumber_Get(from, value.Value, size);
+    const auto getField = [&](OpcUa_Byte flag, auto& field) {
+        if ((mask & flag) != 0) {
+            std::memcpy(&field, from, sizeof(field));
+            from += sizeof(field);
+        }
+    };
+    getField(OpcUa_BinaryDataValue_HasStatusCode, value.StatusCode);
+    getField(OpcUa_BinaryDataValue_HasSourceTimestamp, value.SourceTimestamp);
+    getField(OpcUa_BinaryDataValue_HasSourcePicoseconds, value.SourcePicoseconds);
+    getField(OpcUa_BinaryDataValue_HasServerTimestamp, value.ServerTimestamp);
+    getField(OpcUa_BinaryDataValue_HasServerPicoseconds, value.ServerPicoseconds);
+    value.SourcePicoseconds = std::min(value.SourcePicoseconds, largestPicoseconds);
+    value.ServerPicoseconds = std::min(value.ServerPicoseconds, largestPicoseconds);
+    reader.Buffer->Current = from;
+    return true;
 }
 
 OpcUa_StatusCode readDiagnosticInfoFields(OpcUa_BinaryReader& reader, OpcUa_Byte mask,
@@ -335,7 +366,12 @@ OpcUa_StatusCode OpcUa_BinaryRead_LocalizedText(OpcUa_BinaryReader& reader,
 
 OpcUa_StatusCode OpcUa_BinaryRead_DataValue(OpcUa_BinaryReader& reader, OpcUa_DataValue& value)
 {
-    OpcUa_DataValue_Initialize(&value);
+    value = {};
+    if (reader.available() >= OpcUa_BinaryDataValue_NumberRoom &&
+        reader.Level < OpcUa_Nesting_MaxLevels &&
+        readNumberDataValue(reader, *reader.Buffer->Current, value)) {
+        return OpcUa_Good;
+    }
     OpcUa_Byte mask = 0;
     OpcUa_StatusCode status = readMask(reader, knownDataValueFlags, mask);
     if (OpcUa_IsGood(status)) {
@@ -366,9 +402,9 @@ OpcUa_StatusCode OpcUa_BinaryRead_DiagnosticInfo(OpcUa_BinaryReader& reader,
     return status;
 }
 
-OpcUa_StatusCode OpcUa_BinaryRead_Variant(OpcUa_BinaryReader& reader, OpcUa_Variant& value)
+OpcUa_StatusCode OpcUa_BinaryRead_AnyVariant(OpcUa_BinaryReader& reader, OpcUa_Variant& value)
 {
-    OpcUa_Variant_Initialize(&value);
+    value = {};
     const OpcUa_BinaryLevel level(reader.Level);
     if (level.isTooDeep()) {
         return OpcUa_BadEncodingLimitsExceeded;

@@ -42,8 +42,9 @@ template <OpcUa_Byte type, typename T>
 [[nodiscard]] OpcUa_StatusCode OpcUa_BinaryRead_Count(OpcUa_BinaryReader& reader,
                                                       OpcUa_Int32& count);
 
-[[nodiscard]] OpcUa_StatusCode OpcUa_BinaryRead_Variant(OpcUa_BinaryReader& reader,
-                                                        OpcUa_Variant& value);
+/// Reads a variant of any type and shape.
+[[nodiscard]] OpcUa_StatusCode OpcUa_BinaryRead_AnyVariant(OpcUa_BinaryReader& reader,
+                                                           OpcUa_Variant& value);
 [[nodiscard]] OpcUa_StatusCode OpcUa_BinaryRead_ExtensionObject(OpcUa_BinaryReader& reader,
                                                                 OpcUa_ExtensionObject& value);
 [[nodiscard]] OpcUa_StatusCode OpcUa_BinaryRead_DiagnosticInfo(OpcUa_BinaryReader& reader,
@@ -53,6 +54,21 @@ template <OpcUa_Byte type, typename T>
 /// `BadDecodingError` for an id that the context doesn't know. Both are null after a failure.
 [[nodiscard]] OpcUa_StatusCode OpcUa_BinaryRead_Message(OpcUa_BinaryReader& reader, void*& message,
                                                         const OpcUa_EncodeableType*& type);
+
+/// The same with a short way for numbers.
+[[nodiscard]] inline OpcUa_StatusCode OpcUa_BinaryRead_Variant(OpcUa_BinaryReader& reader,
+                                                               OpcUa_Variant& value)
+{
+    if (reader.available() >= OpcUa_BinaryNumber_Room && reader.Level < OpcUa_Nesting_MaxLevels) {
+        const std::size_t size = OpcUa_BinaryNumber_Sizes[*reader.Buffer->Current];
+        if (size != 0) {
+            value = {};
+            reader.Buffer->Current = OpcUa_BinaryNumber_Get(reader.Buffer->Current, value, size);
+            return OpcUa_Good;
+        }
+    }
+    return OpcUa_BinaryRead_AnyVariant(reader, value);
+}
 
 /// The least bytes that a value of a built-in type takes, by its number.
 inline constexpr std::array<OpcUa_Byte, 26> OpcUa_BinaryType_MinimalSizes = {

@@ -2,6 +2,7 @@
 
 #include "platform/status.h"
 #include "platform/types.h"
+#include "stack/opcua_binaryfast.h"
 #include "stack/opcua_encoder.h"
 #include "stack/opcua_nesting.h"
 
@@ -59,12 +60,16 @@ struct OpcUa_BinaryWriter
     OpcUa_WriteBuffer
         Staging; ///< Collects the bytes of one operation for other than memory streams.
 
+    /// Bytes that can be put without making room.
+    [[nodiscard]] std::size_t room() const
+    {
+        return static_cast<std::size_t>(Buffer->End - Buffer->Current);
+    }
+
     /// Room for `size` bytes, which the functions with "put" fill without asking.
     [[nodiscard]] OpcUa_StatusCode reserve(std::size_t size)
     {
-        return size <= static_cast<std::size_t>(Buffer->End - Buffer->Current)
-                   ? OpcUa_Good
-                   : OpcUa_WriteBuffer_Grow(*Buffer, size);
+        return size <= room() ? OpcUa_Good : OpcUa_WriteBuffer_Grow(*Buffer, size);
     }
 
     template <typename T>
@@ -77,10 +82,8 @@ struct OpcUa_BinaryWriter
     /// Null is allowed for a size of 0.
     void putBytes(const void* bytes, std::size_t size)
     {
-        if (size != 0) {
-            std::memcpy(Buffer->Current, bytes, size);
-            Buffer->Current += size;
-        }
+        OpcUa_Binary_Copy(Buffer->Current, bytes, size);
+        Buffer->Current += size;
     }
 
     /// The writer of this sink.

@@ -79,10 +79,8 @@ struct OpcUa_BinaryReader
         if (size > available()) {
             return readBehind(bytes, size);
         }
-        if (size != 0) {
-            std::memcpy(bytes, Buffer->Current, size);
-            Buffer->Current += size;
-        }
+        OpcUa_Binary_Copy(bytes, Buffer->Current, size);
+        Buffer->Current += size;
         return OpcUa_Good;
     }
 

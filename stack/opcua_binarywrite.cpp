@@ -272,7 +272,7 @@ OpcUa_StatusCode OpcUa_BinaryWrite_Array(Sink& sink, OpcUa_Byte type, const void
 }
 
 template <typename Sink>
-OpcUa_StatusCode OpcUa_BinaryWrite_Variant(Sink& sink, const OpcUa_Variant& value)
+OpcUa_StatusCode OpcUa_BinaryWrite_AnyVariant(Sink& sink, const OpcUa_Variant& value)
 {
     const OpcUa_BinaryLevel level(sink.writer().Level);
     if (level.isTooDeep()) {
@@ -350,8 +350,8 @@ template OpcUa_StatusCode OpcUa_BinaryWrite_Value(OpcUa_BinaryWriter&, OpcUa_Byt
 template OpcUa_StatusCode OpcUa_BinaryWrite_Value(OpcUa_BinaryCounter&, OpcUa_Byte, const void*);
 template OpcUa_StatusCode OpcUa_BinaryWrite_Array(OpcUa_BinaryWriter&, OpcUa_Byte, const void*, OpcUa_Int32);
 template OpcUa_StatusCode OpcUa_BinaryWrite_Array(OpcUa_BinaryCounter&, OpcUa_Byte, const void*, OpcUa_Int32);
-template OpcUa_StatusCode OpcUa_BinaryWrite_Variant(OpcUa_BinaryWriter&, const OpcUa_Variant&);
-template OpcUa_StatusCode OpcUa_BinaryWrite_Variant(OpcUa_BinaryCounter&, const OpcUa_Variant&);
+template OpcUa_StatusCode OpcUa_BinaryWrite_AnyVariant(OpcUa_BinaryWriter&, const OpcUa_Variant&);
+template OpcUa_StatusCode OpcUa_BinaryWrite_AnyVariant(OpcUa_BinaryCounter&, const OpcUa_Variant&);
 template OpcUa_StatusCode OpcUa_BinaryWrite_ExtensionObject(OpcUa_BinaryWriter&, const OpcUa_ExtensionObject&);
 template OpcUa_StatusCode OpcUa_BinaryWrite_ExtensionObject(OpcUa_BinaryCounter&, const OpcUa_ExtensionObject&);
 template OpcUa_StatusCode OpcUa_BinaryWrite_DiagnosticInfo(OpcUa_BinaryWriter&, const OpcUa_DiagnosticInfo&);

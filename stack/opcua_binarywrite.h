@@ -2,6 +2,7 @@
 
 #include "platform/status.h"
 #include "platform/types.h"
+#include "stack/opcua_binaryfast.h"
 #include "stack/opcua_binarysink.h"
 #include "stack/opcua_builtintype.h"
 #include "stack/opcua_datavalue.h"
@@ -36,8 +37,9 @@ template <typename Sink>
 [[nodiscard]] OpcUa_StatusCode OpcUa_BinaryWrite_Array(Sink& sink, OpcUa_Byte type,
                                                        const void* values, OpcUa_Int32 count);
 
+/// Writes a variant of any type and shape.
 template <typename Sink>
-[[nodiscard]] OpcUa_StatusCode OpcUa_BinaryWrite_Variant(Sink& sink, const OpcUa_Variant& value);
+[[nodiscard]] OpcUa_StatusCode OpcUa_BinaryWrite_AnyVariant(Sink& sink, const OpcUa_Variant& value);
 template <typename Sink>
 [[nodiscard]] OpcUa_StatusCode
 OpcUa_BinaryWrite_ExtensionObject(Sink& sink, const OpcUa_ExtensionObject& value);
@@ -79,6 +81,21 @@ inline constexpr OpcUa_Byte OpcUa_BinaryDiagnosticInfo_HasInnerDiagnosticInfo = 
 [[nodiscard]] OpcUa_StatusCode OpcUa_BinaryEncoder_FindNamespace(const OpcUa_BinaryWriter& writer,
                                                                  const OpcUa_EncodeableType& type,
                                                                  OpcUa_UInt16& index);
+
+/// The same with a short way for numbers.
+template <typename Sink>
+[[nodiscard]] OpcUa_StatusCode OpcUa_BinaryWrite_Variant(Sink& sink, const OpcUa_Variant& value)
+{
+    if constexpr (!Sink::IsCounter) {
+        const std::size_t size = OpcUa_BinaryNumber_SizeOf(value);
+        if (size != 0 && sink.room() >= OpcUa_BinaryNumber_Room &&
+            sink.Level < OpcUa_Nesting_MaxLevels) {
+            sink.Buffer->Current = OpcUa_BinaryNumber_Put(sink.Buffer->Current, value, size);
+            return OpcUa_Good;
+        }
+    }
+    return OpcUa_BinaryWrite_AnyVariant(sink, value);
+}
 
 /// Writes the count of an array whose elements follow, -1 or 0 for none. `BadEncodingError` for a
 /// count below -1, or a positive one without elements.
@@ -359,10 +376,44 @@ inline constexpr OpcUa_Byte OpcUa_BinaryDataValue_HasServerPicoseconds = 0x20;
         flagIf(value.ServerPicoseconds != 0, OpcUa_BinaryDataValue_HasServerPicoseconds));
 }
 
+/// Bytes that the longest data value with a number takes.
+inline constexpr std::size_t OpcUa_BinaryDataValue_NumberRoom =
+    1 + OpcUa_BinaryNumber_Room + sizeof(OpcUa_StatusCode) +
+    2 * (sizeof(OpcUa_DateTime) + sizeof(OpcUa_UInt16));
+
+/// Writes a data value whose number takes `size` bytes, and gives where it ends. Within the room that
+/// the longest one needs, fields that aren't there are overwritten by those that are.
+[[nodiscard]] inline OpcUa_Byte* OpcUa_BinaryDataValue_PutNumber(OpcUa_Byte* to, OpcUa_Byte mask,
+                                                                 const OpcUa_DataValue& value,
+                                                                 std::size_t size)
+{
+    *to = mask;
+    to = OpcUa_BinaryNumber_Put(to + 1, value.Value, size);
+    const auto putField = [&](OpcUa_Byte flag, const auto& field) {
+        std::memcpy(to, &field, sizeof(field));
+        to += (mask & flag) != 0 ? sizeof(field) : 0;
+    };
+    putField(OpcUa_BinaryDataValue_HasStatusCode, value.StatusCode);
+    putField(OpcUa_BinaryDataValue_HasSourceTimestamp, value.SourceTimestamp);
+    putField(OpcUa_BinaryDataValue_HasSourcePicoseconds, value.SourcePicoseconds);
+    putField(OpcUa_BinaryDataValue_HasServerTimestamp, value.ServerTimestamp);
+    putField(OpcUa_BinaryDataValue_HasServerPicoseconds, value.ServerPicoseconds);
+    return to;
+}
+
 template <typename Sink>
 [[nodiscard]] OpcUa_StatusCode OpcUa_BinaryWrite_DataValue(Sink& sink, const OpcUa_DataValue& value)
 {
     const OpcUa_Byte mask = OpcUa_BinaryDataValue_MaskOf(value);
+    if constexpr (!Sink::IsCounter) {
+        const std::size_t size = OpcUa_BinaryNumber_SizeOf(value.Value);
+        if (size != 0 && sink.room() >= OpcUa_BinaryDataValue_NumberRoom &&
+            sink.Level < OpcUa_Nesting_MaxLevels) {
+            sink.Buffer->Current =
+                OpcUa_BinaryDataValue_PutNumber(sink.Buffer->Current, mask, value, size);
+            return OpcUa_Good;
+        }
+    }
     OpcUa_StatusCode status = OpcUa_BinaryWrite_Plain(sink, mask);
     const auto putField = [&](OpcUa_Byte flag, const auto& field) {
         if (OpcUa_IsGood(status) && (mask & flag) != 0) {

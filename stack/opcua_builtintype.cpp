@@ -12,6 +12,7 @@
 #include "stack/opcua_localizedtext.h"
 #include "stack/opcua_nodeid.h"
 #include "stack/opcua_qualifiedname.h"
+#include "stack/opcua_release.h"
 #include "stack/opcua_scalars.h"
 #include "stack/opcua_string.h"
 #include "stack/opcua_stringparts.h"
@@ -48,6 +49,17 @@ OpcUa_StatusCode copyBlock(const void* source, OpcUa_Int32 count, void* block, O
     return status;
 }
 
+template <typename T>
+void releaseBlock([[maybe_unused]] void* block, [[maybe_unused]] OpcUa_Int32 count)
+{
+    if constexpr (requires(T & element) { OpcUa_Value_Release(element); }) {
+        T* elements = static_cast<T*>(block);
+        for (OpcUa_Int32 i = 0; i < count; ++i) {
+            OpcUa_Value_Release(elements[i]);
+        }
+    }
+}
+
 /// The operations of one type with its pointers forgotten. CopyNewT is the CopyTo of that type for a
 /// destination that is known to be empty.
 template <typename T, auto& InitializeT, auto& ClearT, auto& CopyToT, auto& CompareT,
@@ -66,7 +78,8 @@ constexpr OpcUa_ElementTraits traitsOf(Kind kind)
             [](const void* left, const void* right) {
                 return CompareT(static_cast<const T*>(left), static_cast<const T*>(right));
             },
-            kind == Kind::Number || kind == Kind::Plain ? nullptr : copyBlock<T, CopyNewT>};
+            kind == Kind::Number || kind == Kind::Plain ? nullptr : copyBlock<T, CopyNewT>,
+            releaseBlock<T>};
 }
 
 template <typename T>
@@ -86,6 +99,7 @@ constexpr OpcUa_ElementTraits traitsOfNull = {
     [](void*) {},
     [](const void*, void*) { return OpcUa_Good; },
     [](const void*, const void*) { return OpcUa_Int32{0}; },
+    nullptr,
     nullptr};
 
 constexpr std::array<OpcUa_ElementTraits, 26> traitsByType = {

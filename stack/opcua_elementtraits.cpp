@@ -33,7 +33,11 @@ char* elementAt(const OpcUa_ElementTraits& traits, void* elements, OpcUa_Int32 i
 
 void freeNow(const OpcUa_ElementTraits& traits, void* elements, OpcUa_Int32 count)
 {
-    OpcUa_Elements_Clear(traits, elements, count);
+    if (traits.ReleaseBlock != nullptr) {
+        traits.ReleaseBlock(elements, count);
+    } else {
+        OpcUa_Elements_Clear(traits, elements, count);
+    }
     OpcUa_Memory_Free(elements);
 }
 
@@ -135,8 +139,8 @@ OpcUa_Int32 compareOneByOne(const OpcUa_ElementTraits& traits, const void* left,
 
 OpcUa_ElementTraits OpcUa_ElementTraits_FromEncodeableType(const OpcUa_EncodeableType& type)
 {
-    return {type.AllocationSize, false,       true,         true,   type.Initialize,
-            type.Clear,          type.CopyTo, type.Compare, nullptr};
+    return {type.AllocationSize, false,       true,         true,    type.Initialize,
+            type.Clear,          type.CopyTo, type.Compare, nullptr, nullptr};
 }
 
 void OpcUa_Elements_Clear(const OpcUa_ElementTraits& traits, void* elements, OpcUa_Int32 count)
