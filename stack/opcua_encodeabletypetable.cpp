@@ -39,12 +39,26 @@ bool isBefore(const Entry& left, const Entry& right)
                                        : compareUris(left.NamespaceUri, right.NamespaceUri) < 0;
 }
 
+/// The first entry with at least this id. Which half to take next is computed and not branched on, as
+/// no processor can foresee it.
+const Entry* firstOf(const Entry* entries, OpcUa_UInt32 count, OpcUa_UInt32 typeId)
+{
+    while (count > 0) {
+        const OpcUa_UInt32 half = (count + 1) / 2;
+        entries += (entries[half - 1].TypeId < typeId ? 1u : 0u) * half;
+        count -= half;
+    }
+    return entries;
+}
+
 const Type* findType(const Table& table, OpcUa_UInt32 typeId, const char* namespaceUri)
 {
     const Entry wanted = {typeId, normalized(namespaceUri), nullptr};
-    const Entry* begin = table.Index;
-    const Entry* end = begin + table.IndexCount;
-    const Entry* entry = std::lower_bound(begin, end, wanted, isBefore);
+    const Entry* end = table.Index + table.IndexCount;
+    const Entry* entry = firstOf(table.Index, table.IndexCount, typeId);
+    if (entry != end && entry->NamespaceUri != wanted.NamespaceUri) {
+        entry = std::lower_bound(entry, end, wanted, isBefore);
+    }
     return entry != end && !isBefore(wanted, *entry) ? entry->Type : nullptr;
 }
 

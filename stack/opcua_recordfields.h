@@ -55,12 +55,6 @@ template <typename T = void>
     return static_cast<const char*>(block) + static_cast<std::size_t>(index) * layout.Size;
 }
 
-/// The element type of an enumeration's operations is the number that it is.
-[[nodiscard]] inline OpcUa_Byte OpcUa_Field_BuiltInType(const OpcUa_RecordField& field)
-{
-    return field.Type == OpcUa_FieldType_Enumeration ? OpcUaType_Int32 : field.Type;
-}
-
 /// The fields of a layout, for a range loop.
 struct OpcUa_RecordFields
 {

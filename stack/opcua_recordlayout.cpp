@@ -28,8 +28,8 @@ void initializeValue(const OpcUa_RecordField& field, void* value)
 
 void release(OpcUa_String& string)
 {
-    if (string.strContent != nullptr) {
-        OpcUa_String_Clear(&string);
+    if ((string.flags & OpcUa_String_OwnsContent) != 0) {
+        OpcUa_Memory_Free(string.strContent);
     }
 }
 
@@ -96,8 +96,7 @@ void releaseArray(const OpcUa_RecordField& field, void* block, OpcUa_Int32 count
     if (field.Type == OpcUa_FieldType_Record) {
         OpcUa_RecordLayout_FreeBlock(*field.Record, block, count);
     } else {
-        OpcUa_Elements_Free(*OpcUa_BuiltInType_GetTraits(OpcUa_Field_BuiltInType(field)), block,
-                            count);
+        OpcUa_Elements_Free(*OpcUa_BuiltInType_GetTraits(field.BuiltInType), block, count);
     }
 }
 

@@ -25,6 +25,7 @@ struct OpcUa_RecordField
     OpcUa_UInt16 CountOffset; ///< Of the count of an array.
     OpcUa_Byte Type;          ///< A built-in type, or one of the OpcUa_FieldType constants.
     bool IsArray;
+    OpcUa_Byte BuiltInType;                  ///< The same, with an enumeration as the number it is.
     const OpcUa_RecordLayout* Record;        ///< The layout of a nested record, else null.
     const OpcUa_EnumeratedType* Enumeration; ///< The type of an enumeration, else null.
 };
@@ -72,23 +73,25 @@ void OpcUa_RecordLayout_Clear(const OpcUa_RecordLayout& layout, void* record);
 [[nodiscard]] constexpr OpcUa_RecordField OpcUa_Field_Value(const char* name, std::size_t offset,
                                                             OpcUa_Byte type)
 {
-    return {name, static_cast<OpcUa_UInt16>(offset), 0, type, false, nullptr, nullptr};
+    return {name, static_cast<OpcUa_UInt16>(offset), 0, type, false, type, nullptr, nullptr};
 }
 
 [[nodiscard]] constexpr OpcUa_RecordField OpcUa_Field_Value(const char* name, std::size_t offset,
                                                             const OpcUa_RecordLayout& record)
 {
-    return {name,   static_cast<OpcUa_UInt16>(offset), 0, OpcUa_FieldType_Record, false, &record,
-            nullptr};
+    return {name,    static_cast<OpcUa_UInt16>(offset),
+            0,       OpcUa_FieldType_Record,
+            false,   OpcUa_FieldType_Record,
+            &record, nullptr};
 }
 
 [[nodiscard]] constexpr OpcUa_RecordField OpcUa_Field_Value(const char* name, std::size_t offset,
                                                             const OpcUa_EnumeratedType& enumeration)
 {
-    return {name,        static_cast<OpcUa_UInt16>(offset),
-            0,           OpcUa_FieldType_Enumeration,
-            false,       nullptr,
-            &enumeration};
+    return {name,    static_cast<OpcUa_UInt16>(offset),
+            0,       OpcUa_FieldType_Enumeration,
+            false,   OpcUaType_Int32,
+            nullptr, &enumeration};
 }
 
 /// `type` is what the elements of the array are: anything that a value can be.

@@ -11,7 +11,7 @@ OpcUa_Int32 compareValues(const OpcUa_RecordField& field, const void* left, cons
     if (field.Type == OpcUa_FieldType_Record) {
         return compareRecords(*field.Record, left, right);
     }
-    return OpcUa_BuiltInType_GetTraits(OpcUa_Field_BuiltInType(field))->Compare(left, right);
+    return OpcUa_BuiltInType_GetTraits(field.BuiltInType)->Compare(left, right);
 }
 
 OpcUa_Int32 compareBlocks(const OpcUa_RecordField& field, const void* left, const void* right,
@@ -20,7 +20,7 @@ OpcUa_Int32 compareBlocks(const OpcUa_RecordField& field, const void* left, cons
     // What is nested in an element counts its level there.
     OpcUa_ElementTraits traits = field.Type == OpcUa_FieldType_Record
                                      ? OpcUa_ElementTraits_FromEncodeableType(*field.Record->Type)
-                                     : *OpcUa_BuiltInType_GetTraits(OpcUa_Field_BuiltInType(field));
+                                     : *OpcUa_BuiltInType_GetTraits(field.BuiltInType);
     traits.IsNestable = false;
     return OpcUa_Elements_Compare(traits, left, right, count);
 }

@@ -47,7 +47,7 @@ OpcUa_StatusCode copyBlock(const OpcUa_RecordField& field, const void* block, Op
         return copyRecords(*field.Record, block, count, copy);
     }
     // What is nested in an element counts its level there.
-    OpcUa_ElementTraits traits = *OpcUa_BuiltInType_GetTraits(OpcUa_Field_BuiltInType(field));
+    OpcUa_ElementTraits traits = *OpcUa_BuiltInType_GetTraits(field.BuiltInType);
     traits.IsNestable = false;
     return OpcUa_Elements_Copy(traits, block, count, copy);
 }
@@ -68,7 +68,7 @@ OpcUa_StatusCode fillValue(const OpcUa_RecordField& field, const void* source, v
     if (field.Type == OpcUa_FieldType_Record) {
         return fillRecord(*field.Record, source, copy);
     }
-    return OpcUa_BuiltInType_GetTraits(OpcUa_Field_BuiltInType(field))->CopyTo(source, copy);
+    return OpcUa_BuiltInType_GetTraits(field.BuiltInType)->CopyTo(source, copy);
 }
 
 OpcUa_StatusCode fillRecord(const OpcUa_RecordLayout& layout, const void* source, void* copy)

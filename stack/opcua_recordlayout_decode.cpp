@@ -1,5 +1,6 @@
 #include "platform/status.h"
 #include "stack/opcua_binaryread.h"
+#include "stack/opcua_builtindispatch.h"
 #include "stack/opcua_elementtraits.h"
 #include "stack/opcua_fieldoperations.h"
 #include "stack/opcua_recordfields.h"
@@ -48,7 +49,7 @@ OpcUa_StatusCode readArray(OpcUa_BinaryReader& reader, const OpcUa_RecordField& 
     OpcUa_Int32* count = &OpcUa_Field_Count(field, record);
     return field.Type == OpcUa_FieldType_Record
                ? readRecords(reader, *field.Record, block, count)
-               : OpcUa_BinaryRead_Array(reader, OpcUa_Field_BuiltInType(field), block, count);
+               : OpcUa_BinaryRead_Array(reader, field.BuiltInType, block, count);
 }
 
 OpcUa_StatusCode readField(OpcUa_BinaryReader& reader, const OpcUa_RecordField& field, void* record)
@@ -57,9 +58,13 @@ OpcUa_StatusCode readField(OpcUa_BinaryReader& reader, const OpcUa_RecordField& 
         return readArray(reader, field, record);
     }
     void* value = OpcUa_Field_At(record, field.Offset);
-    return field.Type == OpcUa_FieldType_Record
-               ? readBinary(reader, *field.Record, value)
-               : OpcUa_BinaryRead_Value(reader, OpcUa_Field_BuiltInType(field), value);
+    if (field.Type == OpcUa_FieldType_Record) {
+        return readBinary(reader, *field.Record, value);
+    }
+    return OpcUa_BuiltInType_Dispatch(
+        field.BuiltInType, OpcUa_BadDecodingError, [&]<OpcUa_Byte type, typename T>() {
+            return OpcUa_BinaryRead<type>(reader, *static_cast<T*>(value));
+        });
 }
 
 OpcUa_StatusCode readBinary(OpcUa_BinaryReader& reader, const OpcUa_RecordLayout& layout,

@@ -1,5 +1,6 @@
 #include "platform/status.h"
 #include "stack/opcua_binarywrite.h"
+#include "stack/opcua_builtindispatch.h"
 #include "stack/opcua_fieldoperations.h"
 #include "stack/opcua_recordfields.h"
 #include "stack/opcua_recordlayout.h"
@@ -29,7 +30,7 @@ OpcUa_StatusCode writeArray(Sink& sink, const OpcUa_RecordField& field, const vo
     const OpcUa_Int32 count = OpcUa_Field_Count(field, record);
     return field.Type == OpcUa_FieldType_Record
                ? writeRecords(sink, *field.Record, block, count)
-               : OpcUa_BinaryWrite_Array(sink, OpcUa_Field_BuiltInType(field), block, count);
+               : OpcUa_BinaryWrite_Array(sink, field.BuiltInType, block, count);
 }
 
 template <typename Sink>
@@ -39,9 +40,13 @@ OpcUa_StatusCode writeField(Sink& sink, const OpcUa_RecordField& field, const vo
         return writeArray(sink, field, record);
     }
     const void* value = OpcUa_Field_At(record, field.Offset);
-    return field.Type == OpcUa_FieldType_Record
-               ? writeRecord(sink, *field.Record, value)
-               : OpcUa_BinaryWrite_Value(sink, OpcUa_Field_BuiltInType(field), value);
+    if (field.Type == OpcUa_FieldType_Record) {
+        return writeRecord(sink, *field.Record, value);
+    }
+    return OpcUa_BuiltInType_Dispatch(
+        field.BuiltInType, OpcUa_BadEncodingError, [&]<OpcUa_Byte type, typename T>() {
+            return OpcUa_BinaryWrite<type>(sink, *static_cast<const T*>(value));
+        });
 }
 
 template <typename Sink>

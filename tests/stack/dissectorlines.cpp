@@ -214,7 +214,7 @@ void DissectorLines::addArray(const OpcUa_RecordField& field, const void* block,
     const std::size_t size =
         field.Type == OpcUa_FieldType_Record
             ? field.Record->Size
-            : OpcUa_BuiltInType_GetTraits(OpcUa_Field_BuiltInType(field))->Size;
+            : OpcUa_BuiltInType_GetTraits(field.BuiltInType)->Size;
     for (OpcUa_Int32 i = 0; i < count; ++i) {
         addField(field, formatted("[%d]", i),
                  static_cast<const char*>(block) + static_cast<std::size_t>(i) * size);

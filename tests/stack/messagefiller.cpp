@@ -47,7 +47,7 @@ std::size_t sizeOf(const OpcUa_RecordField& field)
 {
     return field.Type == OpcUa_FieldType_Record
                ? field.Record->Size
-               : OpcUa_BuiltInType_GetTraits(OpcUa_Field_BuiltInType(field))->Size;
+               : OpcUa_BuiltInType_GetTraits(field.BuiltInType)->Size;
 }
 
 void initialize(const OpcUa_RecordField& field, void* value)
@@ -55,7 +55,7 @@ void initialize(const OpcUa_RecordField& field, void* value)
     if (field.Type == OpcUa_FieldType_Record) {
         field.Record->Type->Initialize(value);
     } else {
-        OpcUa_BuiltInType_GetTraits(OpcUa_Field_BuiltInType(field))->Initialize(value);
+        OpcUa_BuiltInType_GetTraits(field.BuiltInType)->Initialize(value);
     }
 }
 

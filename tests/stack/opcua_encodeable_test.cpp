@@ -213,7 +213,7 @@ void swapField(const OpcUa_RecordField& field, void* left, void* right)
     } else if (field.Type == OpcUa_FieldType_Record) {
         swapBytes(field.Offset, field.Record->Size);
     } else {
-        swapBytes(field.Offset, OpcUa_BuiltInType_GetTraits(OpcUa_Field_BuiltInType(field))->Size);
+        swapBytes(field.Offset, OpcUa_BuiltInType_GetTraits(field.BuiltInType)->Size);
     }
 }
 

@@ -165,7 +165,7 @@ std::size_t elementSize(const OpcUa_RecordField& field)
 {
     return field.Type == OpcUa_FieldType_Record
                ? field.Record->Size
-               : OpcUa_BuiltInType_GetTraits(OpcUa_Field_BuiltInType(field))->Size;
+               : OpcUa_BuiltInType_GetTraits(field.BuiltInType)->Size;
 }
 
 void initializeElement(const OpcUa_RecordField& field, void* element)
@@ -173,7 +173,7 @@ void initializeElement(const OpcUa_RecordField& field, void* element)
     if (field.Type == OpcUa_FieldType_Record) {
         field.Record->Type->Initialize(element);
     } else {
-        OpcUa_BuiltInType_GetTraits(OpcUa_Field_BuiltInType(field))->Initialize(element);
+        OpcUa_BuiltInType_GetTraits(field.BuiltInType)->Initialize(element);
     }
 }
 
@@ -204,8 +204,7 @@ bool isInitializedValue(const OpcUa_RecordField& field, const void* value)
     if (field.Type == OpcUa_FieldType_Record) {
         return isInitialized(*field.Record, value);
     }
-    const OpcUa_ElementTraits& traits =
-        *OpcUa_BuiltInType_GetTraits(OpcUa_Field_BuiltInType(field));
+    const OpcUa_ElementTraits& traits = *OpcUa_BuiltInType_GetTraits(field.BuiltInType);
     std::vector<unsigned char> empty(traits.Size, 0xA5);
     traits.Initialize(empty.data());
     return traits.Compare(value, empty.data()) == 0;
