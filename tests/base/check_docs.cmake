@@ -1,6 +1,6 @@
 # cmake -DPAGE=<page> -DFOLDER=<folder of the tests> -P check_docs.cmake
 # The examples of a page are compiled: each ```cpp block of it must stand, apart from indentation,
-# between "// docs begin" and "// docs end" in a docs_values_*_test.cpp, and each such stretch must
+# between "// docs begin" and "// docs end" in a docs_*_test.cpp, and each such stretch must
 # stand in the page.
 
 # Gathers the stretches of `text` between two marks, without indentation, as <result>_1 ..
@@ -31,7 +31,7 @@ file(READ "${PAGE}" page)
 gather(quoted "${page}" "```cpp\n" "```")
 
 set(tested 0)
-file(GLOB sources "${FOLDER}/docs_values_*_test.cpp")
+file(GLOB sources "${FOLDER}/docs_*_test.cpp")
 foreach(source IN LISTS sources)
     file(READ "${source}" text)
     gather(found "${text}" "// docs begin\n" "// docs end")
