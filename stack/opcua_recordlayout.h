@@ -24,8 +24,9 @@ struct OpcUa_RecordField
     OpcUa_UInt16 Offset;      ///< Of the value, or of the pointer to the block.
     OpcUa_UInt16 CountOffset; ///< Of the count of an array.
     OpcUa_Byte Type;          ///< A built-in type, or one of the OpcUa_FieldType constants.
+    OpcUa_Byte BuiltInType;   ///< The same, with an enumeration as the number it is.
     bool IsArray;
-    OpcUa_Byte BuiltInType;                  ///< The same, with an enumeration as the number it is.
+    bool IsValue;                            ///< A single value of a built-in type.
     const OpcUa_RecordLayout* Record;        ///< The layout of a nested record, else null.
     const OpcUa_EnumeratedType* Enumeration; ///< The type of an enumeration, else null.
 };
@@ -73,25 +74,35 @@ void OpcUa_RecordLayout_Clear(const OpcUa_RecordLayout& layout, void* record);
 [[nodiscard]] constexpr OpcUa_RecordField OpcUa_Field_Value(const char* name, std::size_t offset,
                                                             OpcUa_Byte type)
 {
-    return {name, static_cast<OpcUa_UInt16>(offset), 0, type, false, type, nullptr, nullptr};
+    return {name, static_cast<OpcUa_UInt16>(offset), 0, type, type, false, true, nullptr, nullptr};
 }
 
 [[nodiscard]] constexpr OpcUa_RecordField OpcUa_Field_Value(const char* name, std::size_t offset,
                                                             const OpcUa_RecordLayout& record)
 {
-    return {name,    static_cast<OpcUa_UInt16>(offset),
-            0,       OpcUa_FieldType_Record,
-            false,   OpcUa_FieldType_Record,
-            &record, nullptr};
+    return {name,
+            static_cast<OpcUa_UInt16>(offset),
+            0,
+            OpcUa_FieldType_Record,
+            OpcUa_FieldType_Record,
+            false,
+            false,
+            &record,
+            nullptr};
 }
 
 [[nodiscard]] constexpr OpcUa_RecordField OpcUa_Field_Value(const char* name, std::size_t offset,
                                                             const OpcUa_EnumeratedType& enumeration)
 {
-    return {name,    static_cast<OpcUa_UInt16>(offset),
-            0,       OpcUa_FieldType_Enumeration,
-            false,   OpcUaType_Int32,
-            nullptr, &enumeration};
+    return {name,
+            static_cast<OpcUa_UInt16>(offset),
+            0,
+            OpcUa_FieldType_Enumeration,
+            OpcUaType_Int32,
+            false,
+            true,
+            nullptr,
+            &enumeration};
 }
 
 /// `type` is what the elements of the array are: anything that a value can be.
@@ -102,6 +113,7 @@ OpcUa_Field_Array(const char* name, std::size_t offset, std::size_t countOffset,
     OpcUa_RecordField field = OpcUa_Field_Value(name, offset, type);
     field.CountOffset = static_cast<OpcUa_UInt16>(countOffset);
     field.IsArray = true;
+    field.IsValue = false;
     return field;
 }
 

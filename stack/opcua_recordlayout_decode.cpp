@@ -54,12 +54,10 @@ OpcUa_StatusCode readArray(OpcUa_BinaryReader& reader, const OpcUa_RecordField& 
 
 OpcUa_StatusCode readField(OpcUa_BinaryReader& reader, const OpcUa_RecordField& field, void* record)
 {
-    if (field.IsArray) {
-        return readArray(reader, field, record);
-    }
     void* value = OpcUa_Field_At(record, field.Offset);
-    if (field.Type == OpcUa_FieldType_Record) {
-        return readBinary(reader, *field.Record, value);
+    if (!field.IsValue) {
+        return field.IsArray ? readArray(reader, field, record)
+                             : readBinary(reader, *field.Record, value);
     }
     return OpcUa_BuiltInType_Dispatch(
         field.BuiltInType, OpcUa_BadDecodingError, [&]<OpcUa_Byte type, typename T>() {

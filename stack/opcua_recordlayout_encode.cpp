@@ -36,12 +36,10 @@ OpcUa_StatusCode writeArray(Sink& sink, const OpcUa_RecordField& field, const vo
 template <typename Sink>
 OpcUa_StatusCode writeField(Sink& sink, const OpcUa_RecordField& field, const void* record)
 {
-    if (field.IsArray) {
-        return writeArray(sink, field, record);
-    }
     const void* value = OpcUa_Field_At(record, field.Offset);
-    if (field.Type == OpcUa_FieldType_Record) {
-        return writeRecord(sink, *field.Record, value);
+    if (!field.IsValue) {
+        return field.IsArray ? writeArray(sink, field, record)
+                             : writeRecord(sink, *field.Record, value);
     }
     return OpcUa_BuiltInType_Dispatch(
         field.BuiltInType, OpcUa_BadEncodingError, [&]<OpcUa_Byte type, typename T>() {
