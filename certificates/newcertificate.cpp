@@ -30,7 +30,7 @@ public:
             .arg(fields.join(QLatin1Char('\n')));
     }
 
-    /// The fields of the order that a certificate says otherwise.
+    /// The alternative names that a certificate says otherwise.
     static QStringList differences(const NewCertificateOrder& order,
                                    const UaPkiCertificate& certificate);
 };
@@ -57,36 +57,21 @@ bool haveSameAddresses(const UaStringArray& left, const UaStringArray& right)
         [](const OpcUa_String& a, const OpcUa_String& b) { return addressOf(a) == addressOf(b); });
 }
 
-QString subjectText(const UaPkiIdentity& subject)
-{
-    QStringList texts;
-    for (const UaString& text :
-         {subject.commonName, subject.organization, subject.organizationUnit, subject.locality,
-          subject.state, subject.country, subject.domainComponent}) {
-        if (!text.isEmpty()) {
-            texts.append(toQString(text));
-        }
-    }
-    return texts.join(QStringLiteral(", "));
-}
-
 QStringList Failure::differences(const NewCertificateOrder& order,
                                  const UaPkiCertificate& certificate)
 {
     const UaPkiCertificateInfo info = certificate.info();
     QStringList fields;
-    if (certificate.subject() != order.subject) {
-        fields.append(tr("Subject: %1").arg(cutForDisplay(subjectText(order.subject))));
-    }
     if (info.uri != order.info.uri) {
-        fields.append(tr("Application URI: %1").arg(cutForDisplay(toQString(order.info.uri))));
+        fields.append(tr("Application URI: %1").arg(lineForDisplay(toQString(order.info.uri))));
     }
     if (info.dnsNames != order.info.dnsNames) {
-        fields.append(tr("Domain Names: %1").arg(cutForDisplay(toJoinedText(order.info.dnsNames))));
+        fields.append(
+            tr("Domain Names: %1").arg(lineForDisplay(toJoinedText(order.info.dnsNames))));
     }
     if (!haveSameAddresses(info.ipAddresses, order.info.ipAddresses)) {
         fields.append(
-            tr("IP Addresses: %1").arg(cutForDisplay(toJoinedText(order.info.ipAddresses))));
+            tr("IP Addresses: %1").arg(lineForDisplay(toJoinedText(order.info.ipAddresses))));
     }
     return fields;
 }
@@ -101,7 +86,7 @@ NewCertificate failed(const QString& failure)
 NewCertificate makeNewCertificate(const NewCertificateOrder& order)
 {
     UaPkiRSAKeyPair keyPair(order.keySize);
-    if (keyPair.publicKey().keySize() != order.keySize) {
+    if (order.keySize <= 0 || keyPair.publicKey().keySize() != order.keySize) {
         return failed(Failure::ofKey(reasonsOf(keyPair)));
     }
     UaPkiCertificate certificate(order.info, order.subject, keyPair, false,

@@ -26,6 +26,6 @@ struct NewCertificate
 /// Makes a key pair and a certificate that it signs itself. Takes as long as the key needs.
 ///
 /// The alternative names go through OpenSSL's configuration syntax, in which a comma or a line break
-/// makes something else of a name. So the certificate is read back: one that doesn't say exactly what
-/// was ordered counts as failed.
+/// makes something else of a name. So they are read back: a certificate that doesn't have exactly the
+/// names that were ordered counts as failed.
 [[nodiscard]] NewCertificate makeNewCertificate(const NewCertificateOrder& order);
