@@ -74,3 +74,12 @@ private:
         }
     }
 };
+
+/// Puts a reason into the queue where a failure has left none, which the library does at times when
+/// memory is short.
+inline void PkiError_EnsureReason() noexcept
+{
+    if (ERR_peek_error() == 0) {
+        ERR_raise(ERR_LIB_X509, ERR_R_MALLOC_FAILURE);
+    }
+}

@@ -107,7 +107,7 @@ UaString PkiText_Copy(std::string_view text) noexcept
 {
     UaString copy(text.data(), static_cast<OpcUa_Int64>(text.size()));
     if (copy.isNull() && !text.empty()) {
-        ERR_raise(ERR_LIB_ASN1, ERR_R_MALLOC_FAILURE);
+        PkiError_EnsureReason();
     }
     return copy;
 }

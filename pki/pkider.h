@@ -18,7 +18,11 @@ template <typename Handle>
     bool isWritten = false;
     UaByteArray bytes = UaByteArray::compose(
         length, [&](OpcUa_Byte* data) { isWritten = i2d(pHandle, &data) == length; });
-    return isWritten ? bytes : UaByteArray();
+    if (!isWritten) {
+        PkiError_EnsureReason();
+        return {};
+    }
+    return bytes;
 }
 
 /// A handle from the DER form at the start of some bytes; null on failure.

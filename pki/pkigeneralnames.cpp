@@ -109,6 +109,6 @@ void PkiGeneralNames_Read(const X509* pCertificate, UaPkiCertificateInfo& info) 
         X509_get_ext_d2i(pCertificate, NID_subject_alt_name, nullptr, nullptr)));
     if (!readNames(names.get(), info)) {
         info = {};
-        ERR_raise(ERR_LIB_X509V3, ERR_R_MALLOC_FAILURE);
+        PkiError_EnsureReason();
     }
 }

@@ -35,10 +35,14 @@ OpcUa_Int32 readSerialNumber(const X509* pCertificate) noexcept
     return std::in_range<OpcUa_Int32>(value) ? static_cast<OpcUa_Int32>(value) : -1;
 }
 
+/// Empty for an extension that the library doesn't know.
 UaString print(X509_EXTENSION* pExtension) noexcept
 {
     const PkiHandle<BIO> text(BIO_new(BIO_s_mem()));
     if (text == nullptr || X509V3_EXT_print(text.get(), pExtension, X509V3_EXT_DEFAULT, 0) != 1) {
+        if (X509V3_EXT_get(pExtension) != nullptr) {
+            PkiError_EnsureReason();
+        }
         return {};
     }
     char* bytes = nullptr;
@@ -118,7 +122,11 @@ UaByteArray UaPkiCertificate::thumbPrint() const noexcept
                 isDigested = EVP_Digest(encoded, static_cast<std::size_t>(size), target, nullptr,
                                         EVP_sha1(), nullptr) == 1;
             });
-        return isDigested ? digest : UaByteArray();
+        if (!isDigested) {
+            PkiError_EnsureReason();
+            return UaByteArray();
+        }
+        return digest;
     });
 }
 
@@ -154,7 +162,13 @@ int UaPkiCertificate::signatureAlgorithm() const noexcept
 
 OpcUa_UInt32 UaPkiCertificate::subjectNameHash() const noexcept
 {
-    return PkiCertificate_Ask(*this, [](X509* handle) {
-        return static_cast<OpcUa_UInt32>(X509_subject_name_hash(handle));
+    return PkiCertificate_Ask(*this, [](const X509* handle) {
+        int isGood = 0;
+        const auto hash = static_cast<OpcUa_UInt32>(
+            X509_NAME_hash_ex(X509_get_subject_name(handle), nullptr, nullptr, &isGood));
+        if (isGood == 0) {
+            PkiError_EnsureReason();
+        }
+        return hash;
     });
 }

@@ -41,6 +41,18 @@ bool verify(const X509* pCertificate, EVP_PKEY* pKey) noexcept
                             const_cast<ASN1_BIT_STRING*>(signature), content.get(), pKey) > 0;
 }
 
+/// For a certificate of the default context.
+bool issuesItself(X509* pCertificate) noexcept
+{
+    EVP_PKEY* const key = X509_get0_pubkey(pCertificate);
+    const int issued = X509_check_issued(pCertificate, pCertificate);
+    if (key == nullptr || issued == X509_V_ERR_UNSPECIFIED) {
+        PkiError_EnsureReason();
+        return false;
+    }
+    return issued == X509_V_OK && X509_verify(pCertificate, key) > 0;
+}
+
 } // namespace
 
 UaPkiPublicKey UaPkiCertificate::publicKey() const noexcept
@@ -66,9 +78,11 @@ bool UaPkiCertificate::isSelfSigned() const noexcept
             return false;
         }
         const PkiHandle<X509> complete = PkiBareContext_Complete(handle);
-        EVP_PKEY* const key = complete != nullptr ? X509_get0_pubkey(complete.get()) : nullptr;
-        return key != nullptr && X509_check_issued(complete.get(), complete.get()) == X509_V_OK &&
-               X509_verify(complete.get(), key) > 0;
+        if (complete == nullptr) {
+            PkiError_EnsureReason();
+            return false;
+        }
+        return issuesItself(complete.get());
     });
 }
 
