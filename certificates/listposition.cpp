@@ -15,6 +15,7 @@ ListPosition::ListPosition(const QTreeView& view, int fileColumn)
         m_row = current.row();
         m_column = current.column();
         m_isSelected = view.selectionModel()->isSelected(current);
+        m_isInSight = view.viewport()->rect().intersects(view.visualRect(current));
     }
 }
 
@@ -26,15 +27,18 @@ void ListPosition::follow(const QString& newFile)
 void ListPosition::restore(QTreeView& view) const
 {
     view.doItemsLayout(); // the scroll bar's range is that of the new rows
-    view.verticalScrollBar()->setValue(m_scrollPosition);
     const int row = m_row < 0 ? -1 : findRow(view);
-    if (row < 0) {
-        return;
+    const QModelIndex current = row < 0 ? QModelIndex() : view.model()->index(row, m_column);
+    if (current.isValid()) {
+        // This scrolls to the row, which may be far from where the operator looks.
+        view.selectionModel()->setCurrentIndex(
+            current, m_isSelected ? QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows
+                                  : QItemSelectionModel::NoUpdate);
     }
-    view.selectionModel()->setCurrentIndex(view.model()->index(row, m_column),
-                                           m_isSelected ? QItemSelectionModel::ClearAndSelect |
-                                                              QItemSelectionModel::Rows
-                                                        : QItemSelectionModel::NoUpdate);
+    view.verticalScrollBar()->setValue(m_scrollPosition);
+    if (m_isInSight) {
+        view.scrollTo(current);
+    }
 }
 
 int ListPosition::findRow(const QTreeView& view) const

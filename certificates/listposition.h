@@ -27,5 +27,6 @@ private:
     int m_row = -1;
     int m_column = 0;
     bool m_isSelected = false;
+    bool m_isInSight = false;
     int m_scrollPosition = 0;
 };
