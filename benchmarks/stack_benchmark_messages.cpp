@@ -314,18 +314,19 @@ void encode(benchmark::State& state)
     FloorWriter floor(block);
     writeFloor(floor, message.value);
     Coding coding(floor.bytes().size());
-    bool isGood = true;
-    const AllocationCounter counter;
-    for (auto _ : state) {
+    const auto write = [&] {
         OpcUa_Encoder* encoder = coding.encoder();
-        isGood = encoder->Interface->WriteMessage(encoder, &message.value, &message.type(),
-                                                  nullptr) == OpcUa_Good &&
-                 isGood;
+        return encoder->Interface->WriteMessage(encoder, &message.value, &message.type(),
+                                                nullptr) == OpcUa_Good;
+    };
+    bool isGood = true;
+    const std::size_t allocations = countAllocations([&] { isGood = write(); });
+    for (auto _ : state) {
+        isGood = write() && isGood;
         benchmark::ClobberMemory();
     }
-    checkResult(state,
-                isGood && coding.bytes() == floor.bytes() && AllocationCounter::count() == 0);
-    countMessages(state, coding.bytes().size(), AllocationCounter::count());
+    checkResult(state, isGood && coding.bytes() == floor.bytes() && allocations == 0);
+    countMessages(state, coding.bytes().size(), allocations);
 }
 
 template <typename T>
@@ -366,10 +367,11 @@ void decode(benchmark::State& state)
     Coding::require(
         encoder->Interface->WriteMessage(encoder, &message.value, &message.type(), nullptr));
     T* read = nullptr;
-    bool isGood = decodeOnce(coding, read) && message.type().Compare(read, &message.value) == 0;
+    bool isGood = coding.decoder() != nullptr;
+    const std::size_t allocations = countAllocations([&] { isGood = decodeOnce(coding, read); });
+    isGood = isGood && message.type().Compare(read, &message.value) == 0;
     message.type().Clear(read);
     OpcUa_Memory_Free(read);
-    const AllocationCounter counter;
     for (auto _ : state) {
         isGood = decodeOnce(coding, read) && isGood;
         benchmark::DoNotOptimize(read);
@@ -377,7 +379,7 @@ void decode(benchmark::State& state)
         OpcUa_Memory_Free(read);
     }
     checkResult(state, isGood);
-    countMessages(state, coding.bytes().size(), AllocationCounter::count());
+    countMessages(state, coding.bytes().size(), allocations);
 }
 
 template <typename T>
