@@ -55,6 +55,12 @@ question=$(window '^Trace Settings$')
 shot "$question" unsaved-changes
 xdotool key Return
 sleep 0.3
+click "$main" 220 22
+click "$main" 350 446
+dialog=$(window '^New Application Instance Certificate$')
+shot "$dialog" new-certificate
+xdotool key Escape
+sleep 0.3
 stop
 
 # A computer that has got a new name.
