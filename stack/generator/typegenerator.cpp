@@ -76,6 +76,14 @@ constexpr std::size_t columns = 100;
     throw std::runtime_error(message);
 }
 
+template <typename... Pieces>
+std::string joined(const Pieces&... pieces)
+{
+    std::string text;
+    (text.append(pieces), ...);
+    return text;
+}
+
 template <typename Range>
 bool hasName(const Range& items, const std::string& name)
 {
@@ -107,7 +115,7 @@ std::vector<Item> readItems(const std::string& fileName)
         if (line[0] != ' ') {
             items.push_back({words, {}});
         } else if (items.empty() || words.size() != 2) {
-            fail(fileName + ": " + line);
+            fail(joined(fileName, ": ", line));
         } else {
             items.back().lines.push_back(words);
         }
@@ -264,9 +272,8 @@ std::string operationsOf(const std::string& record)
 {
     std::string text;
     for (const std::string_view operation : operations) {
-        const std::string name(operation);
-        text += declaration("inline constexpr auto& " + record + "_" + name + " =",
-                            "OpcUa_Encodeable_" + name + "<" + record + ">;");
+        text += declaration(joined("inline constexpr auto& ", record, "_", operation, " ="),
+                            joined("OpcUa_Encodeable_", operation, "<", record, ">;"));
     }
     return text;
 }
@@ -393,7 +400,7 @@ std::string listOf(const Model& model, const std::string& start, const std::stri
 {
     std::string text = start + "[] = {\n";
     for (const Type& type : model.types) {
-        text += "    &" + prefix + type.name + suffix + ",\n";
+        text += joined("    &", prefix, type.name, suffix, ",\n");
     }
     return text + "    nullptr,\n};\n";
 }
@@ -410,8 +417,9 @@ std::string source(const Model& model)
     text += "} // namespace\n\n";
     for (const Enumeration& enumeration : model.enumerations) {
         const std::string& name = enumeration.name;
-        text += declaration("constexpr OpcUa_EnumeratedType OpcUa_" + name + "_EnumeratedType =",
-                            "{\"" + name + "\", " + name + "_Values};");
+        text +=
+            declaration(joined("constexpr OpcUa_EnumeratedType OpcUa_", name, "_EnumeratedType ="),
+                        joined("{\"", name, "\", ", name, "_Values};"));
     }
     text += "\nnamespace {\n\n";
     for (const Type& type : sortedByUse(model)) {
