@@ -1,5 +1,6 @@
 
 #include "certificates/certificatelocationinfo.h"
+#include "certificates/veskcertificatemanager.h"
 #include "console/configdom.h"
 #include "console/configelements.h"
 #include "console/configfile.h"
@@ -10,6 +11,7 @@
 
 #include <QAbstractItemView>
 #include <QCheckBox>
+#include <QDir>
 #include <QHostInfo>
 #include <QLayout>
 #include <QLineEdit>
@@ -22,6 +24,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QToolButton>
+#include <QTreeView>
 
 using namespace Qt::StringLiterals;
 
@@ -95,9 +98,10 @@ private Q_SLOTS:
     {
         ZandrelDialog window(QString(), m_file);
         const auto* tabs = find<QTabWidget>(window, u"tabWidget"_s);
-        QCOMPARE(tabs->count(), 2);
+        QCOMPARE(tabs->count(), 3);
         QCOMPARE(tabs->tabText(0), u"UA Endpoints"_s);
         QCOMPARE(tabs->tabText(1), u"Trace"_s);
+        QCOMPARE(tabs->tabText(2), u"Certificates"_s);
         QCOMPARE(tabs->currentIndex(), 0);
         QVERIFY(tabs->isEnabled());
         QCOMPARE(window.size(), QSize(704, 538));
@@ -475,7 +479,82 @@ private Q_SLOTS:
         QCOMPARE(answer.verdict(), QString());
     }
 
+    void certificates_tab_needs_all_locations_data()
+    {
+        QTest::addColumn<QByteArray>("element");
+        for (const char* element :
+             {"RejectedCertificatesDirectory", "CertificateTrustListLocation",
+              "CertificateRevocationListLocation", "IssuersCertificatesLocation",
+              "IssuersRevocationListLocation", "ServerPrivateKey"}) {
+            QTest::newRow(element) << QByteArray(element);
+        }
+    }
+
+    void certificates_tab_needs_all_locations()
+    {
+        QFETCH(const QByteArray, element);
+        writeFile(m_file, sampleConfig()
+                              .replace('<' + element + '>', "<Other>")
+                              .replace("</" + element + '>', "</Other>"));
+        const ZandrelDialog window(QString(), m_file);
+        QCOMPARE(find<QTabWidget>(window, u"tabWidget"_s)->count(), 2);
+        QVERIFY(!window.findChild<VeskCertificateManager*>());
+    }
+
+    void certificates_tab_shows_the_two_pages_of_the_file()
+    {
+        makeCertificateDirectories();
+        ZandrelDialog window(QString(), m_file);
+        window.show();
+        auto* tabs = find<QTabWidget>(window, u"tabWidget"_s);
+        tabs->setCurrentIndex(2);
+        auto* manager = qobject_cast<VeskCertificateManager*>(tabs->currentWidget());
+        QVERIFY(manager);
+        const auto* pages = find<QTabWidget>(*manager, u"tabWidget"_s);
+        QCOMPARE(pages->count(), 2);
+        QCOMPARE(pages->tabText(0), u"Trusted"_s);
+        QCOMPARE(pages->tabText(1), u"Issuers"_s);
+        QVERIFY(find<QPushButton>(*manager, u"pushButton_CreateNewCertificate"_s)->isEnabled());
+    }
+
+    void certificates_tab_is_not_reloaded_when_it_comes_into_view()
+    {
+        makeCertificateDirectories();
+        ZandrelDialog window(QString(), m_file);
+        window.show();
+        auto* tabs = find<QTabWidget>(window, u"tabWidget"_s);
+        auto* copy = find<QPushButton>(window, u"pushButton_CopyCertificateTo"_s);
+        QVERIFY(copy->isEnabled());
+        QVERIFY(QFile::remove(m_dir->filePath(u"pki/own/certs/server.der"_s)));
+        tabs->setCurrentIndex(2);
+        QVERIFY(copy->isEnabled());
+        QTest::keyClick(find<QTreeView>(window, u"treeView_trustedCerts"_s), Qt::Key_F5);
+        QVERIFY(!copy->isEnabled());
+    }
+
+    void leaving_a_dirty_tab_for_the_certificates_asks_and_keeps_the_other_tabs()
+    {
+        ZandrelDialog window(QString(), m_file);
+        window.show();
+        auto* tabs = find<QTabWidget>(window, u"tabWidget"_s);
+        makeEndpointsDirty(window);
+        MessageBoxAnswer answer(u"Endpoints"_s, endpointsQuestion, QMessageBox::Discard);
+        tabs->setCurrentIndex(2);
+        QCOMPARE(answer.verdict(), QString());
+        QCOMPARE(tabs->currentIndex(), 2);
+        QCOMPARE(window.statusBar()->currentMessage(), QString());
+    }
+
 private:
+    /// The directories that the file names beside itself, and a file for the own certificate.
+    void makeCertificateDirectories() const
+    {
+        for (const QString& name : {u"pki/rejected"_s, u"pki/own/certs"_s, u"pki/own/private"_s}) {
+            QVERIFY(QDir(m_dir->path()).mkpath(name));
+        }
+        writeFile(m_dir->filePath(u"pki/own/certs/server.der"_s), "a certificate");
+    }
+
     std::unique_ptr<QTemporaryDir> m_dir;
     QString m_file;
 };
