@@ -11,7 +11,8 @@ inline constexpr OpcUa_UInt32 OpcUa_TraceLevel_System = 8;
 inline constexpr OpcUa_UInt32 OpcUa_TraceLevel_Warning = 16;
 inline constexpr OpcUa_UInt32 OpcUa_TraceLevel_Error = 32;
 
-/// Receives one message, cut to 199 characters and without time or thread, under the trace's lock.
+/// Receives one message, cut to 199 characters and without time or thread, under the trace's lock. It
+/// may trace itself, but must take no lock under which others trace, such as that of the timers.
 using OpcUa_TraceHook = void (*)(const char* message);
 
 /// Makes the trace ready. Before this call every message is lost. `BadOutOfMemory` on failure.
