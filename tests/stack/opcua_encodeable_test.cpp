@@ -280,6 +280,47 @@ TEST(Encodeable, a_count_without_block_is_refused_by_coding_and_copied_as_it_sta
     OpcUa_TransferResult_Clear(&copy);
 }
 
+TEST(Encodeable, arrays_of_records_keep_to_the_limit_of_arrays)
+{
+    const SampleRecord record(layoutOf("BrowseResult"), RecordSample::FilledOther);
+    const Bytes bytes = encodedRecord(OpcUa_BrowseResult_EncodeableType, record.get());
+    ASSERT_EQ(static_cast<const OpcUa_BrowseResult*>(record.get())->NoOfReferences, 2);
+    struct Row
+    {
+        OpcUa_Int32 limit;
+        OpcUa_StatusCode status;
+    };
+    for (const Row& row :
+         {Row{0, OpcUa_Good}, Row{2, OpcUa_Good}, Row{1, OpcUa_BadEncodingLimitsExceeded}}) {
+        OpcUa_MessageContext context = unlimitedContext();
+        context.MaxArrayLength = row.limit;
+        RecordReader reader(bytes, context);
+        SampleRecord decoded(layoutOf("BrowseResult"));
+        EXPECT_EQ(OpcUa_BrowseResult_EncodeableType.Decode(decoded.get(), reader.decoder()),
+                  row.status)
+            << row.limit;
+        EXPECT_EQ(decoded.isInitialized(), OpcUa_IsBad(row.status));
+    }
+}
+
+TEST(Encodeable, a_count_below_minus_one_is_no_array)
+{
+    const Bytes bytes = {0, 0, 0, 0, 0xFE, 0xFF, 0xFF, 0xFF, 0, 0, 0, 0};
+    SampleRecord decoded(layoutOf("ContentFilterResult"));
+    EXPECT_EQ(decodeRecord(OpcUa_ContentFilterResult_EncodeableType, std::span(bytes).subspan(4),
+                           decoded.get()),
+              OpcUa_BadDecodingError);
+    EXPECT_TRUE(decoded.isInitialized());
+    EXPECT_EQ(decodeRecord(OpcUa_ContentFilterResult_EncodeableType, bytes, decoded.get()),
+              OpcUa_BadDecodingError);
+    EXPECT_TRUE(decoded.isInitialized());
+    OpcUa_ContentFilterResult result;
+    OpcUa_ContentFilterResult_Initialize(&result);
+    result.NoOfElementResults = -2;
+    RecordWriter writer;
+    EXPECT_EQ(OpcUa_ContentFilterResult_Encode(&result, writer.encoder()), OpcUa_BadEncodingError);
+}
+
 TEST(Encodeable, the_first_field_that_cannot_be_written_ends_the_encoding)
 {
     OpcUa_BrowsePath path;
