@@ -151,7 +151,8 @@ public:
 
     /// The handle, borrowed: valid as long as an object shares it. May be null. One that was read here
     /// knows no algorithms, so that the library's own functions neither find its key nor verify with
-    /// it: i2d_X509 and d2i_X509 make a handle for them.
+    /// it; one that was made here has its key in encoded form alone. i2d_X509 and d2i_X509 make a handle
+    /// for them.
     [[nodiscard]] X509* handle() const noexcept { return m_pCertificate; }
 
 private:

@@ -224,7 +224,7 @@ private:
         for (const State& state : states) {
             const bool isSigner = isAuthority && &state == &states[0];
             const UaPkiCertificate certificate = isSigner ? m_authority : make(state.name, state);
-            const QString error = writeDer(nameOf(folder, state.name, "der"), certificate);
+            QString error = writeDer(nameOf(folder, state.name, "der"), certificate);
             if (!error.isEmpty()) {
                 return error;
             }
@@ -250,7 +250,7 @@ private:
     {
         for (const State& state : states) {
             const UaPkiRevocationList list = makeList(state);
-            const QString error =
+            QString error =
                 writeNew(m_root, nameOf(folder, state.name, "crl"), [&](const QByteArray& path) {
                     return list.toDERFile(path.constData()) == 1 ? QString() : errorsOf(list);
                 });
