@@ -22,8 +22,6 @@
 #include <utility>
 #include <vector>
 
-#include <dirent.h>
-
 namespace {
 
 using Bytes = std::vector<unsigned char>;
@@ -365,13 +363,9 @@ void directoryFloor(benchmark::State& state)
     const std::string& path = directoryOf(state.range(0));
     for (auto _ : state) {
         std::vector<PkiHandle<X509>> certificates;
-        DIR* const directory = opendir(path.c_str());
-        while (const dirent* entry = readdir(directory)) {
-            if (entry->d_name[0] != '.') {
-                certificates.push_back(readFileByHand(path + "/" + entry->d_name));
-            }
+        for (const auto& entry : std::filesystem::directory_iterator(path)) {
+            certificates.push_back(readFileByHand(entry.path().string()));
         }
-        closedir(directory);
         require(static_cast<std::int64_t>(certificates.size()) == state.range(0), "all files");
     }
     state.SetItemsProcessed(state.iterations() * state.range(0));
