@@ -1,5 +1,7 @@
 #include "certificates/certificatereplacement.h"
 
+#include "certificates/secrettext.h"
+
 #include <QFile>
 #include <QSaveFile>
 
@@ -10,15 +12,6 @@ const char* passwordOf(const CertificateReplacement& replacement)
     return replacement.password.isEmpty() ? nullptr : replacement.password.constData();
 }
 
-/// Overwrites a secret; a pointer to volatile keeps the compiler from leaving it out.
-void cleanse(UaByteArray& secret)
-{
-    volatile OpcUa_Byte* bytes = secret.data();
-    for (OpcUa_Int32 i = 0; i < secret.size(); ++i) {
-        bytes[i] = 0;
-    }
-}
-
 /// Whether the key's bytes give a key again.
 bool isReadable(const UaPkiRSAKeyPair& keyPair, const char* password)
 {
@@ -26,9 +19,9 @@ bool isReadable(const UaPkiRSAKeyPair& keyPair, const char* password)
     UaByteArray key = keyPair.toDER();
     UaByteArray readBack = UaPkiPrivateKey::fromPEM(written, password).toDER();
     const bool isSame = !key.isEmpty() && key == readBack;
-    cleanse(written);
-    cleanse(key);
-    cleanse(readBack);
+    wipe(written);
+    wipe(key);
+    wipe(readBack);
     return isSame;
 }
 

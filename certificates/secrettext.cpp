@@ -1,5 +1,9 @@
 #include "certificates/secrettext.h"
 
+#include "base/uabytearray.h"
+
+#include <utility>
+
 namespace {
 
 /// Writes that a compiler may not leave out, although nobody reads what they write.
@@ -29,4 +33,10 @@ void wipe(QByteArray& bytes)
 {
     overwrite(bytes.constData(), bytes.size());
     bytes.clear();
+}
+
+void wipe(UaByteArray& bytes)
+{
+    overwrite(std::as_const(bytes).data(), bytes.size());
+    bytes = UaByteArray();
 }

@@ -1,3 +1,4 @@
+#include "base/uabytearray.h"
 #include "certificates/secrettext.h"
 
 #include <QTest>
@@ -13,6 +14,7 @@ class SecretTextTest : public QObject
 private Q_SLOTS:
     static void wiped_text_is_empty_and_overwritten_wherever_it_is_shared();
     static void wiped_bytes_are_empty_and_overwritten_wherever_they_are_shared();
+    static void wiped_bytes_of_a_key_are_empty_and_overwritten();
     static void unshared_copy_outlives_the_wiping();
     static void nothing_can_be_wiped_and_copied();
 };
@@ -34,6 +36,17 @@ void SecretTextTest::wiped_bytes_are_empty_and_overwritten_wherever_they_are_sha
     wipe(bytes);
     QVERIFY(bytes.isEmpty());
     QCOMPARE(shared, QByteArray(18, '\0'));
+}
+
+void SecretTextTest::wiped_bytes_of_a_key_are_empty_and_overwritten()
+{
+    UaByteArray bytes("secret", 6);
+    const UaByteArray shared = bytes;
+    wipe(bytes);
+    QVERIFY(bytes.isEmpty());
+    QVERIFY(shared == UaByteArray("\0\0\0\0\0\0", 6));
+    wipe(bytes);
+    QVERIFY(bytes.isEmpty());
 }
 
 void SecretTextTest::unshared_copy_outlives_the_wiping()
