@@ -9,12 +9,8 @@
 
 namespace {
 
-constexpr OpcUa_Byte knownDataValueFlags = 0x3F;
 constexpr OpcUa_Byte knownDiagnosticInfoFlags = 0x7F;
 constexpr OpcUa_Byte knownLocalizedTextFlags = 0x03;
-
-/// The standard's reading of a larger count of picoseconds.
-constexpr OpcUa_UInt16 largestPicoseconds = 9999;
 
 /// Reads into a new block from the stack's allocator; the pointer is null after a failure.
 template <typename T, typename Read>
@@ -120,7 +116,7 @@ OpcUa_StatusCode readExpansion(OpcUa_BinaryReader& reader, OpcUa_Byte flags,
 OpcUa_StatusCode readPicoseconds(OpcUa_BinaryReader& reader, OpcUa_UInt16& picoseconds)
 {
     const OpcUa_StatusCode status = OpcUa_BinaryRead_Plain(reader, picoseconds);
-    picoseconds = std::min(picoseconds, largestPicoseconds);
+    picoseconds = std::min(picoseconds, OpcUa_BinaryDataValue_MaxPicoseconds);
     return status;
 }
 
@@ -143,34 +139,6 @@ OpcUa_StatusCode readDataValueFields(OpcUa_BinaryReader& reader, OpcUa_Byte mask
               value.ServerTimestamp);
     readField(OpcUa_BinaryDataValue_HasServerPicoseconds, readPicoseconds, value.ServerPicoseconds);
     return status;
-}
-
-/// Reads a data value that holds a number, out of a buffer with the bytes of the longest one; the first
-/// byte is known. False for a data value with anything else.
-bool readNumberDataValue(OpcUa_BinaryReader& reader, OpcUa_Byte mask, OpcUa_DataValue& value)
-{
-    const OpcUa_Byte* from = reader.Buffer->Current + 1;
-    const std::size_t size = OpcUa_BinaryNumber_Sizes[*from];
-    if ((mask & OpcUa_BinaryDataValue_HasValue) == 0 || (mask & ~knownDataValueFlags) != 0 ||
-        size == 0) {
-        return false;
-    }
-    from = OpcUa_BinaryNumber_Get(from, value.Value, size);
-    const auto getField = [&](OpcUa_Byte flag, auto& field) {
-        if ((mask & flag) != 0) {
-            std::memcpy(&field, from, sizeof(field));
-            from += sizeof(field);
-        }
-    };
-    getField(OpcUa_BinaryDataValue_HasStatusCode, value.StatusCode);
-    getField(OpcUa_BinaryDataValue_HasSourceTimestamp, value.SourceTimestamp);
-    getField(OpcUa_BinaryDataValue_HasSourcePicoseconds, value.SourcePicoseconds);
-    getField(OpcUa_BinaryDataValue_HasServerTimestamp, value.ServerTimestamp);
-    getField(OpcUa_BinaryDataValue_HasServerPicoseconds, value.ServerPicoseconds);
-    value.SourcePicoseconds = std::min(value.SourcePicoseconds, largestPicoseconds);
-    value.ServerPicoseconds = std::min(value.ServerPicoseconds, largestPicoseconds);
-    reader.Buffer->Current = from;
-    return true;
 }
 
 OpcUa_StatusCode readDiagnosticInfoFields(OpcUa_BinaryReader& reader, OpcUa_Byte mask,
@@ -329,8 +297,8 @@ OpcUa_StatusCode OpcUa_BinaryRead_FlaggedNodeId(OpcUa_BinaryReader& reader, OpcU
     }
 }
 
-OpcUa_StatusCode OpcUa_BinaryRead_ExpandedNodeId(OpcUa_BinaryReader& reader,
-                                                 OpcUa_ExpandedNodeId& value)
+OpcUa_StatusCode OpcUa_BinaryRead_AnyExpandedNodeId(OpcUa_BinaryReader& reader,
+                                                    OpcUa_ExpandedNodeId& value)
 {
     value = {};
     OpcUa_Byte flags = 0;
@@ -364,16 +332,11 @@ OpcUa_StatusCode OpcUa_BinaryRead_LocalizedText(OpcUa_BinaryReader& reader,
     return status;
 }
 
-OpcUa_StatusCode OpcUa_BinaryRead_DataValue(OpcUa_BinaryReader& reader, OpcUa_DataValue& value)
+OpcUa_StatusCode OpcUa_BinaryRead_AnyDataValue(OpcUa_BinaryReader& reader, OpcUa_DataValue& value)
 {
     value = {};
-    if (reader.available() >= OpcUa_BinaryDataValue_NumberRoom &&
-        reader.Level < OpcUa_Nesting_MaxLevels &&
-        readNumberDataValue(reader, *reader.Buffer->Current, value)) {
-        return OpcUa_Good;
-    }
     OpcUa_Byte mask = 0;
-    OpcUa_StatusCode status = readMask(reader, knownDataValueFlags, mask);
+    OpcUa_StatusCode status = readMask(reader, OpcUa_BinaryDataValue_KnownFlags, mask);
     if (OpcUa_IsGood(status)) {
         status = readDataValueFields(reader, mask, value);
     }

@@ -19,8 +19,10 @@
 #include "stack/opcua_string.h"
 #include "stack/opcua_variant.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstring>
 #include <type_traits>
 
 // The counterpart of "stack/opcua_binarywrite.h". Every function fills memory of any content without
@@ -175,15 +177,53 @@ OpcUa_BinaryRead_TextLength(OpcUa_BinaryReader& reader, OpcUa_Int32 limit, OpcUa
                                                               OpcUa_NodeId& value,
                                                               OpcUa_Byte& flags);
 
+/// Reads one of the two short forms without flags; false leaves the reader where it was.
+[[nodiscard]] inline bool OpcUa_BinaryRead_ShortNodeId(OpcUa_BinaryReader& reader,
+                                                       OpcUa_NodeId& value)
+{
+    constexpr std::size_t longestSize = 4;
+    const OpcUa_Byte* from = reader.Buffer->Current;
+    if (reader.available() < longestSize || *from > OpcUa_BinaryNodeId_FourByte) {
+        return false;
+    }
+    value = {};
+    if (*from == OpcUa_BinaryNodeId_TwoByte) {
+        value.Identifier.Numeric = from[1];
+        reader.Buffer->Current += 2;
+        return true;
+    }
+    OpcUa_UInt16 number;
+    std::memcpy(&number, from + 2, sizeof(number));
+    value.NamespaceIndex = from[1];
+    value.Identifier.Numeric = number;
+    reader.Buffer->Current += longestSize;
+    return true;
+}
+
 [[nodiscard]] inline OpcUa_StatusCode OpcUa_BinaryRead_NodeId(OpcUa_BinaryReader& reader,
                                                               OpcUa_NodeId& value)
 {
+    if (OpcUa_BinaryRead_ShortNodeId(reader, value)) {
+        return OpcUa_Good;
+    }
     OpcUa_Byte flags = 0;
     return OpcUa_BinaryRead_FlaggedNodeId(reader, 0, value, flags);
 }
 
-[[nodiscard]] OpcUa_StatusCode OpcUa_BinaryRead_ExpandedNodeId(OpcUa_BinaryReader& reader,
-                                                               OpcUa_ExpandedNodeId& value);
+/// An expanded node id of any form.
+[[nodiscard]] OpcUa_StatusCode OpcUa_BinaryRead_AnyExpandedNodeId(OpcUa_BinaryReader& reader,
+                                                                  OpcUa_ExpandedNodeId& value);
+
+[[nodiscard]] inline OpcUa_StatusCode OpcUa_BinaryRead_ExpandedNodeId(OpcUa_BinaryReader& reader,
+                                                                      OpcUa_ExpandedNodeId& value)
+{
+    if (OpcUa_BinaryRead_ShortNodeId(reader, value.NodeId)) {
+        value.NamespaceUri = {};
+        value.ServerIndex = 0;
+        return OpcUa_Good;
+    }
+    return OpcUa_BinaryRead_AnyExpandedNodeId(reader, value);
+}
 
 [[nodiscard]] inline OpcUa_StatusCode OpcUa_BinaryRead_QualifiedName(OpcUa_BinaryReader& reader,
                                                                      OpcUa_QualifiedName& value)
@@ -202,8 +242,62 @@ OpcUa_BinaryRead_TextLength(OpcUa_BinaryReader& reader, OpcUa_Int32 limit, OpcUa
 [[nodiscard]] OpcUa_StatusCode OpcUa_BinaryRead_LocalizedText(OpcUa_BinaryReader& reader,
                                                               OpcUa_LocalizedText& value);
 
-[[nodiscard]] OpcUa_StatusCode OpcUa_BinaryRead_DataValue(OpcUa_BinaryReader& reader,
-                                                          OpcUa_DataValue& value);
+/// Every flag that a data value's first byte can have.
+inline constexpr OpcUa_Byte OpcUa_BinaryDataValue_KnownFlags = 0x3F;
+
+/// The standard's reading of a larger count of picoseconds.
+inline constexpr OpcUa_UInt16 OpcUa_BinaryDataValue_MaxPicoseconds = 9999;
+
+/// Reads a data value into one that is all zero, out of a buffer with the bytes of the longest one that
+/// holds a number. False for one that holds anything else, with the reader where it was.
+[[nodiscard]] inline bool OpcUa_BinaryRead_NumberDataValue(OpcUa_BinaryReader& reader,
+                                                           OpcUa_DataValue& value)
+{
+    const OpcUa_Byte* from = reader.Buffer->Current;
+    const OpcUa_Byte mask = *from;
+    ++from;
+    const std::size_t size = OpcUa_BinaryNumber_Sizes[*from];
+    if ((mask & OpcUa_BinaryDataValue_HasValue) == 0 || mask > OpcUa_BinaryDataValue_KnownFlags ||
+        size == 0) {
+        return false;
+    }
+    from = OpcUa_BinaryNumber_Get(from, value.Value, size);
+    const auto getField = [&](OpcUa_Byte flag, auto& field) {
+        if ((mask & flag) != 0) {
+            std::memcpy(&field, from, sizeof(field));
+            from += sizeof(field);
+        }
+    };
+    const auto getPicoseconds = [&](OpcUa_Byte flag, OpcUa_UInt16& field) {
+        getField(flag, field);
+        field = std::min(field, OpcUa_BinaryDataValue_MaxPicoseconds);
+    };
+    getField(OpcUa_BinaryDataValue_HasStatusCode, value.StatusCode);
+    getField(OpcUa_BinaryDataValue_HasSourceTimestamp, value.SourceTimestamp);
+    getPicoseconds(OpcUa_BinaryDataValue_HasSourcePicoseconds, value.SourcePicoseconds);
+    getField(OpcUa_BinaryDataValue_HasServerTimestamp, value.ServerTimestamp);
+    getPicoseconds(OpcUa_BinaryDataValue_HasServerPicoseconds, value.ServerPicoseconds);
+    reader.Buffer->Current = from;
+    return true;
+}
+
+/// Reads a data value of any kind.
+[[nodiscard]] OpcUa_StatusCode OpcUa_BinaryRead_AnyDataValue(OpcUa_BinaryReader& reader,
+                                                             OpcUa_DataValue& value);
+
+/// The same with a short way for numbers.
+[[nodiscard]] inline OpcUa_StatusCode OpcUa_BinaryRead_DataValue(OpcUa_BinaryReader& reader,
+                                                                 OpcUa_DataValue& value)
+{
+    if (reader.available() >= OpcUa_BinaryDataValue_NumberRoom &&
+        reader.Level < OpcUa_Nesting_MaxLevels) {
+        value = {};
+        if (OpcUa_BinaryRead_NumberDataValue(reader, value)) {
+            return OpcUa_Good;
+        }
+    }
+    return OpcUa_BinaryRead_AnyDataValue(reader, value);
+}
 
 template <OpcUa_Byte type, typename T>
 OpcUa_StatusCode OpcUa_BinaryRead(OpcUa_BinaryReader& reader, T& value)
