@@ -103,6 +103,7 @@ main_window() { window '^Zandrel - '; }
 declare -A place=(
     [endpoints]='60 22' [trace]='140 22' [anonymous]='60 83' [user_password]='300 83'
     [trace_file]='340 84' [host]='550 180' [apply]='558 457'
+    [certificates]='215 22' [certificates_list]='100 136' [create_certificate]='350 446'
 )
 click() {
     xdotool windowactivate --sync "$1" mousemove --window "$1" ${place[$2]} click 1
