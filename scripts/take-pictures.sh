@@ -56,6 +56,10 @@ shot "$question" unsaved-changes
 xdotool key Return
 sleep 0.3
 click "$main" 220 22
+shot "$main" certificates
+click "$main" 120 57
+shot "$main" certificates-issuers
+click "$main" 55 57
 click "$main" 350 446
 dialog=$(window '^New Application Instance Certificate$')
 shot "$dialog" new-certificate
