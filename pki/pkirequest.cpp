@@ -1,6 +1,6 @@
 #include "pki/pkirequest.h"
 
-#include "pki/uapkicertificate.h"
+#include "pki/pkisignature.h"
 #include "pki/uapkiprivatekey.h"
 
 bool PkiRequest_AsksFor(int nid) noexcept
@@ -25,9 +25,10 @@ bool PkiRequest_Sign(X509_REQ* pRequest, const PkiExtensionStack& extensions,
                                   X509_REQ_add_extensions(pRequest, extensions.get()) != 1)) {
         return false;
     }
-    const EVP_MD* const digest =
-        signatureAlgorithm == UaPkiCertificate::Sha1WithRsa ? EVP_sha1() : EVP_sha256();
-    return X509_REQ_sign(pRequest, key.handle(), digest) > 0;
+    PkiSignatureParts parts;
+    X509_REQ_get0_signature(pRequest, &parts.signature, &parts.outerAlgorithm);
+    return PkiSignature_Sign(pRequest, parts, i2d_re_X509_REQ_tbs, key.handle(),
+                             PkiSignature_Digest(signatureAlgorithm));
 }
 
 bool PkiRequest_Verify(X509_REQ* pRequest) noexcept

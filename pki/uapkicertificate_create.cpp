@@ -3,16 +3,13 @@
 #include "pki/pkicertificate.h"
 #include "pki/pkiextensions.h"
 #include "pki/pkiname.h"
+#include "pki/pkisignature.h"
 #include "pki/uapkicertificate.h"
 #include "pki/uapkicsr.h"
 #include "pki/uapkiprivatekey.h"
 #include "pki/uapkipublickey.h"
 #include "pki/uapkirsakeypair.h"
 
-#include <openssl/core_names.h>
-#include <openssl/params.h>
-
-#include <array>
 #include <cstddef>
 #include <ctime>
 #include <utility>
@@ -129,77 +126,13 @@ bool addExtensions(X509* certificate, X509* issuer, const UaPkiCertificateInfo& 
            add(certificate, PkiExtensions_MakeSubjectAltName(context, info));
 }
 
-/// What names the algorithm of a signature that is being made; null on failure.
-PkiHandle<X509_ALGOR> algorithmOf(EVP_PKEY_CTX* context)
-{
-    constexpr std::size_t largestSize = 128;
-    std::array<unsigned char, largestSize> bytes{};
-    OSSL_PARAM parameters[] = {
-        OSSL_PARAM_octet_string(OSSL_SIGNATURE_PARAM_ALGORITHM_ID, bytes.data(), bytes.size()),
-        OSSL_PARAM_END};
-    if (EVP_PKEY_CTX_get_params(context, parameters) != 1) {
-        return nullptr;
-    }
-    const unsigned char* position = bytes.data();
-    return PkiHandle<X509_ALGOR>(
-        d2i_X509_ALGOR(nullptr, &position, static_cast<long>(parameters[0].return_size)));
-}
-
-/// Signs bytes; empty on failure, with the reason in the library's queue.
-std::pair<PkiLibraryBytes, std::size_t> signBytes(EVP_MD_CTX* context, const unsigned char* bytes,
-                                                  std::size_t size)
-{
-    std::size_t length = 0;
-    if (EVP_DigestSign(context, nullptr, &length, bytes, size) != 1) {
-        return {};
-    }
-    PkiLibraryBytes signature(static_cast<unsigned char*>(OPENSSL_malloc(length)));
-    if (signature == nullptr ||
-        EVP_DigestSign(context, signature.get(), &length, bytes, size) != 1) {
-        return {};
-    }
-    return {std::move(signature), length};
-}
-
-/// Signs as X509_sign does, but in the default context, whichever the certificate's is. The library's
-/// own function frees a part of the certificate on its own when memory is short.
 bool signWith(X509* certificate, EVP_PKEY* key, int signatureAlgorithm)
 {
-    const EVP_MD* const digest =
-        signatureAlgorithm == UaPkiCertificate::Sha1WithRsa ? EVP_sha1() : EVP_sha256();
-    const PkiHandle<EVP_MD_CTX> context(EVP_MD_CTX_new());
-    EVP_PKEY_CTX* keyContext = nullptr;
-    if (context == nullptr ||
-        EVP_DigestSignInit(context.get(), &keyContext, digest, nullptr, key) != 1) {
-        return false;
-    }
-    const PkiHandle<X509_ALGOR> algorithm = algorithmOf(keyContext);
-    // The library shows the parts of a certificate, but doesn't let them be changed.
-    const ASN1_BIT_STRING* shown = nullptr;
-    const X509_ALGOR* outerAlgorithm = nullptr;
-    X509_get0_signature(&shown, &outerAlgorithm, certificate);
-    const X509_ALGOR* const innerAlgorithm = X509_get0_tbs_sigalg(certificate);
-    if (algorithm == nullptr ||
-        X509_ALGOR_copy(const_cast<X509_ALGOR*>(innerAlgorithm), algorithm.get()) != 1 ||
-        X509_ALGOR_copy(const_cast<X509_ALGOR*>(outerAlgorithm), algorithm.get()) != 1) {
-        return false;
-    }
-    unsigned char* encoded = nullptr;
-    const int size = i2d_re_X509_tbs(certificate, &encoded);
-    const PkiLibraryBytes owner(encoded);
-    if (size <= 0) {
-        return false;
-    }
-    auto [bytes, length] = signBytes(context.get(), encoded, static_cast<std::size_t>(size));
-    if (bytes == nullptr) {
-        return false;
-    }
-    auto* const signature = const_cast<ASN1_BIT_STRING*>(shown);
-    ASN1_STRING_set0(signature, bytes.release(), static_cast<int>(length));
-    // No unused bits at the end.
-    constexpr long unusedBits = 0x07;
-    signature->flags = (signature->flags & ~unusedBits) | ASN1_STRING_FLAG_BITS_LEFT;
-    return true;
+    PkiSignatureParts parts;
+    parts.innerAlgorithm = X509_get0_tbs_sigalg(certificate);
+    X509_get0_signature(&parts.signature, &parts.outerAlgorithm, certificate);
+    return PkiSignature_Sign(certificate, parts, i2d_re_X509_tbs, key,
+                             PkiSignature_Digest(signatureAlgorithm));
 }
 
 /// Copies a request's extensions but for the one that names its issuer's key.

@@ -1,5 +1,6 @@
 #include "pki/opensslhandles.h"
 #include "pki/pkibarecontext.h"
+#include "pki/pkicertificate.h"
 #include "pki/pkirequest.h"
 #include "pki/uapkicertificate.h"
 #include "pki/uapkicsr.h"
@@ -28,9 +29,8 @@ UaPkiCSR UaPkiCertificate::toCSR(const UaPkiPrivateKey& key, int signatureAlgori
 {
     UaPkiCSR result;
     if (isNull()) {
-        constexpr const char* isNullMessage = "The certificate is NULL";
-        addError(isNullMessage);
-        result.addError(isNullMessage);
+        addError(PkiCertificate_IsNull);
+        result.addError(PkiCertificate_IsNull);
         return result;
     }
     const PkiErrorScope scope;
@@ -43,6 +43,7 @@ UaPkiCSR UaPkiCertificate::toCSR(const UaPkiPrivateKey& key, int signatureAlgori
         PkiRequest_Verify(request.get())) {
         return UaPkiCSR(request.release());
     }
+    PkiError_EnsureReason();
     result.addLibraryErrors();
     return result;
 }

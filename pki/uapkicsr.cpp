@@ -29,7 +29,10 @@ std::shared_ptr<X509_REQ> makeShared(X509_REQ* pRequest) noexcept
 UaPkiCSR decode(const OpcUa_Byte* bytes, std::size_t size) noexcept
 {
     UaPkiCSR result(PkiDer_Decode(bytes, size, d2i_X509_REQ).release());
-    result.addLibraryErrors();
+    if (result.isNull()) {
+        PkiError_EnsureReason();
+        result.addLibraryErrors();
+    }
     return result;
 }
 

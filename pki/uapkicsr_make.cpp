@@ -43,12 +43,11 @@ UaPkiCSR::UaPkiCSR(const UaPkiCertificateInfo& info, const UaPkiIdentity& subjec
                         X509_REQ_set_pubkey(request.get(), publicKey.get()) == 1 &&
                         PkiRequest_Sign(request.get(), makeExtensions(request.get(), info, isCA),
                                         keyPair.privateKey(), signatureAlgorithm);
-    if (!isMade) {
-        addLibraryErrors();
-        return;
-    }
-    if (!PkiRequest_Verify(request.get())) {
+    if (!isMade || !PkiRequest_Verify(request.get())) {
+        PkiError_EnsureReason();
         addLibraryErrors();
     }
-    m_pRequest = UaPkiCSR(request.release()).m_pRequest;
+    if (isMade) {
+        m_pRequest = UaPkiCSR(request.release()).m_pRequest;
+    }
 }

@@ -39,6 +39,7 @@ void take(UaPkiRevocationList& list, const PkiHandle<X509_CRL>& crl) noexcept
     if (crl != nullptr) {
         list = UaPkiRevocationList(crl.get());
     } else {
+        PkiError_EnsureReason();
         list.addLibraryErrors();
     }
 }
@@ -54,6 +55,7 @@ int writeFile(const UaPkiRevocationList& list, int (*encode)(BIO*, const X509_CR
     const PkiErrorScope scope;
     const PkiHandle<BIO> encoded(BIO_new(BIO_s_mem()));
     if (encoded == nullptr || encode(encoded.get(), list.handle()) != 1) {
+        PkiError_EnsureReason();
         list.addLibraryErrors();
         return resultOfFailure;
     }
@@ -211,9 +213,12 @@ bool UaPkiRevocationList::verifySignature(const UaPkiPublicKey& key) const noexc
         return false;
     }
     const PkiErrorScope scope;
-    const bool isVerified = X509_CRL_verify(m_pCrl, handle.get()) == 1;
+    if (X509_CRL_verify(m_pCrl, handle.get()) == 1) {
+        return true;
+    }
+    PkiError_EnsureReason();
     addLibraryErrors();
-    return isVerified;
+    return false;
 }
 
 bool UaPkiRevocationList::sameIssuer(const UaPkiRevocationList& other) const noexcept

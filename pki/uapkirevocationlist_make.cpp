@@ -46,10 +46,12 @@ void setIssuer(X509_CRL* pCrl, const UaPkiIdentity& issuer, const UaPkiErrorList
             name != nullptr && (text.isEmpty() ? addEmptyField(name.get(), row.shortName)
                                                : PkiName_Add(name.get(), row.shortName, text));
         if (!isAdded) {
+            PkiError_EnsureReason();
             errors.addLibraryErrors();
         }
     }
     if (name == nullptr || X509_CRL_set_issuer_name(pCrl, name.get()) != 1) {
+        PkiError_EnsureReason();
         errors.addLibraryErrors();
     }
 }
@@ -103,6 +105,7 @@ UaPkiRevocationList::UaPkiRevocationList(OpcUa_UInt32 validTime, const UaPkiIden
     if (isComplete) {
         m_pCrl = crl.release();
     } else {
+        PkiError_EnsureReason();
         addLibraryErrors();
     }
 }
@@ -119,6 +122,7 @@ void UaPkiRevocationList::addRevoked(const UaPkiCertificate& certificate,
     if (entry != nullptr && X509_CRL_add0_revoked(m_pCrl, entry.get()) == 1) {
         (void)entry.release();
     } else {
+        PkiError_EnsureReason();
         addLibraryErrors();
     }
 }
@@ -129,7 +133,10 @@ bool UaPkiRevocationList::sign(const UaPkiPrivateKey& key) noexcept
         return false;
     }
     const PkiErrorScope scope;
-    const bool isSigned = X509_CRL_sign(m_pCrl, key.handle(), EVP_sha1()) > 0;
+    if (X509_CRL_sign(m_pCrl, key.handle(), EVP_sha1()) > 0) {
+        return true;
+    }
+    PkiError_EnsureReason();
     addLibraryErrors();
-    return isSigned;
+    return false;
 }
