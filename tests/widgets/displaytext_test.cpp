@@ -32,6 +32,29 @@ private Q_SLOTS:
         QCOMPARE(cutForDisplay(text, 10), expected);
     }
 
+    void line_holds_nothing_that_misleads_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("plain") << u"a b"_s << u"a b"_s;
+        QTest::newRow("line breaks") << u"a\nb\rc\u2028d"_s << u"a b c d"_s;
+        QTest::newRow("tab") << u"a\tb"_s << u"a b"_s;
+        QTest::newRow("hard blank") << u"a\u00a0b"_s << u"a\u00a0b"_s;
+        QTest::newRow("control characters") << u"\u0001\u001b\u007f"_s << u"\ufffd\ufffd\ufffd"_s;
+        QTest::newRow("marks of direction")
+            << u"\u061c\u200e\u200f\u202a\u202e\u2066\u2069"_s << QString(7, u'\ufffd');
+        QTest::newRow("letters from right to left") << u"\u05d0\u0627"_s << u"\u05d0\u0627"_s;
+        QTest::newRow("pairs") << u"\U0001F600"_s << u"\U0001F600"_s;
+        QTest::newRow("long") << QString(30, u'\n') << u"     \u2026     "_s;
+    }
+
+    void line_holds_nothing_that_misleads()
+    {
+        QFETCH(const QString, text);
+        QFETCH(const QString, expected);
+        QCOMPARE(lineForDisplay(text, 10), expected);
+    }
+
     void tooltip_shows_markup_as_it_stands()
     {
         QCOMPARE(plainToolTip(u"<b>a&b</b>"_s).remove(QChar(0x200b)),
