@@ -6,10 +6,12 @@
 #include <QStringList>
 
 /// What the openssl program says about bytes on its standard input, without the blanks around it; the
-/// reason and its errors when it can't be run or fails.
-[[nodiscard]] inline QString runOpenSsl(const QStringList& arguments, const QByteArray& input)
+/// reason and its errors when it can't be run or fails. Files are those of the working directory.
+[[nodiscard]] inline QString runOpenSsl(const QStringList& arguments, const QByteArray& input,
+                                        const QString& directory = QString())
 {
     QProcess openssl;
+    openssl.setWorkingDirectory(directory);
     openssl.start(QStringLiteral("openssl"), arguments);
     openssl.write(input);
     openssl.closeWriteChannel();
