@@ -35,7 +35,7 @@ const EVP_MD* PkiSignature_Digest(int signatureAlgorithm) noexcept
 PkiSignature::PkiSignature(EVP_PKEY* pKey, const EVP_MD* digest) noexcept
     : m_context(EVP_MD_CTX_new())
 {
-    m_isReady = m_context != nullptr && pKey != nullptr &&
+    m_isReady = m_context != nullptr &&
                 EVP_DigestSignInit(m_context.get(), &m_pKeyContext, digest, nullptr, pKey) == 1;
 }
 
