@@ -3,8 +3,9 @@
 #include "platform/allocator.h"
 #include "platform/status.h"
 #include "platform/types.h"
+#include "stack/opcua_binaryfast.h"
+#include "stack/opcua_binaryforms.h"
 #include "stack/opcua_binarysource.h"
-#include "stack/opcua_binarywrite.h"
 #include "stack/opcua_builtintype.h"
 #include "stack/opcua_datavalue.h"
 #include "stack/opcua_datetime.h"
@@ -71,10 +72,6 @@ template <OpcUa_Byte type, typename T>
     }
     return OpcUa_BinaryRead_AnyVariant(reader, value);
 }
-
-/// The least bytes that a value of a built-in type takes, by its number.
-inline constexpr std::array<OpcUa_Byte, 26> OpcUa_BinaryType_MinimalSizes = {
-    1, 1, 1, 1, 2, 2, 4, 4, 8, 8, 4, 8, 4, 8, 16, 4, 4, 2, 2, 4, 6, 1, 3, 1, 1, 1};
 
 /// Compares a length with a limit, where 0 is no limit.
 [[nodiscard]] constexpr bool OpcUa_BinaryLimit_IsExceeded(OpcUa_Int32 limit, OpcUa_Int32 length)
@@ -241,12 +238,6 @@ OpcUa_BinaryRead_TextLength(OpcUa_BinaryReader& reader, OpcUa_Int32 limit, OpcUa
 
 [[nodiscard]] OpcUa_StatusCode OpcUa_BinaryRead_LocalizedText(OpcUa_BinaryReader& reader,
                                                               OpcUa_LocalizedText& value);
-
-/// Every flag that a data value's first byte can have.
-inline constexpr OpcUa_Byte OpcUa_BinaryDataValue_KnownFlags = 0x3F;
-
-/// The standard's reading of a larger count of picoseconds.
-inline constexpr OpcUa_UInt16 OpcUa_BinaryDataValue_MaxPicoseconds = 9999;
 
 /// Reads a data value into one that is all zero, out of a buffer with the bytes of the longest one that
 /// holds a number. False for one that holds anything else, with the reader where it was.

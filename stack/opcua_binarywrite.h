@@ -3,6 +3,7 @@
 #include "platform/status.h"
 #include "platform/types.h"
 #include "stack/opcua_binaryfast.h"
+#include "stack/opcua_binaryforms.h"
 #include "stack/opcua_binarysink.h"
 #include "stack/opcua_builtintype.h"
 #include "stack/opcua_datavalue.h"
@@ -46,36 +47,6 @@ OpcUa_BinaryWrite_ExtensionObject(Sink& sink, const OpcUa_ExtensionObject& value
 template <typename Sink>
 [[nodiscard]] OpcUa_StatusCode OpcUa_BinaryWrite_DiagnosticInfo(Sink& sink,
                                                                 const OpcUa_DiagnosticInfo& value);
-
-/// Whether elements of a type lie in memory as they do on the wire.
-template <OpcUa_Byte type, typename T>
-inline constexpr bool OpcUa_BinaryType_IsCopiedAsMemory = type != OpcUaType_Boolean &&
-                                                          (std::is_arithmetic_v<T> ||
-                                                           type == OpcUaType_DateTime ||
-                                                           type == OpcUaType_Guid);
-
-/// Bits of a variant's first byte beside the number of its type.
-inline constexpr OpcUa_Byte OpcUa_BinaryVariant_TypeMask = 0x3F;
-inline constexpr OpcUa_Byte OpcUa_BinaryVariant_HasDimensions = 0x40;
-inline constexpr OpcUa_Byte OpcUa_BinaryVariant_IsArray = 0x80;
-
-/// What follows the type id of an extension object.
-inline constexpr OpcUa_Byte OpcUa_BinaryBody_None = 0;
-inline constexpr OpcUa_Byte OpcUa_BinaryBody_Bytes = 1;
-inline constexpr OpcUa_Byte OpcUa_BinaryBody_Xml = 2;
-
-/// Which fields of a diagnostic info follow its first byte, in the order on the wire.
-inline constexpr OpcUa_Byte OpcUa_BinaryDiagnosticInfo_HasSymbolicId = 0x01;
-inline constexpr OpcUa_Byte OpcUa_BinaryDiagnosticInfo_HasNamespaceUri = 0x02;
-inline constexpr OpcUa_Byte OpcUa_BinaryDiagnosticInfo_HasLocale = 0x08;
-inline constexpr OpcUa_Byte OpcUa_BinaryDiagnosticInfo_HasLocalizedText = 0x04;
-inline constexpr OpcUa_Byte OpcUa_BinaryDiagnosticInfo_HasAdditionalInfo = 0x10;
-inline constexpr OpcUa_Byte OpcUa_BinaryDiagnosticInfo_HasInnerStatusCode = 0x20;
-inline constexpr OpcUa_Byte OpcUa_BinaryDiagnosticInfo_HasInnerDiagnosticInfo = 0x40;
-
-/// The elements that a matrix on the wire has: the product of its dimensions, or -1 when there are no
-/// dimensions, one below 0, or a product that doesn't fit.
-[[nodiscard]] OpcUa_Int32 OpcUa_BinaryMatrix_SizeOf(const OpcUa_VariantMatrix& matrix);
 
 /// The index of a row's namespace by the context of an encoder, or `BadNotFound`.
 [[nodiscard]] OpcUa_StatusCode OpcUa_BinaryEncoder_FindNamespace(const OpcUa_BinaryWriter& writer,
@@ -183,16 +154,6 @@ template <typename Sink, typename T>
     }
     return status;
 }
-
-/// First bytes of the forms of a node id, and the flags of an expanded one.
-inline constexpr OpcUa_Byte OpcUa_BinaryNodeId_TwoByte = 0;
-inline constexpr OpcUa_Byte OpcUa_BinaryNodeId_FourByte = 1;
-inline constexpr OpcUa_Byte OpcUa_BinaryNodeId_Numeric = 2;
-inline constexpr OpcUa_Byte OpcUa_BinaryNodeId_String = 3;
-inline constexpr OpcUa_Byte OpcUa_BinaryNodeId_Guid = 4;
-inline constexpr OpcUa_Byte OpcUa_BinaryNodeId_ByteString = 5;
-inline constexpr OpcUa_Byte OpcUa_BinaryNodeId_HasServerIndex = 0x40;
-inline constexpr OpcUa_Byte OpcUa_BinaryNodeId_HasNamespaceUri = 0x80;
 
 /// A numeric node id in the shortest form that holds it.
 template <typename Sink>
@@ -320,10 +281,6 @@ template <typename Sink>
     return status;
 }
 
-/// Which texts of a localized text follow its first byte.
-inline constexpr OpcUa_Byte OpcUa_BinaryLocalizedText_HasLocale = 0x01;
-inline constexpr OpcUa_Byte OpcUa_BinaryLocalizedText_HasText = 0x02;
-
 template <typename Sink>
 [[nodiscard]] OpcUa_StatusCode OpcUa_BinaryWrite_LocalizedText(Sink& sink,
                                                                const OpcUa_LocalizedText& value)
@@ -354,14 +311,6 @@ template <typename Sink>
     return OpcUa_Good;
 }
 
-/// Which fields of a data value follow its first byte, in the order on the wire.
-inline constexpr OpcUa_Byte OpcUa_BinaryDataValue_HasValue = 0x01;
-inline constexpr OpcUa_Byte OpcUa_BinaryDataValue_HasStatusCode = 0x02;
-inline constexpr OpcUa_Byte OpcUa_BinaryDataValue_HasSourceTimestamp = 0x04;
-inline constexpr OpcUa_Byte OpcUa_BinaryDataValue_HasSourcePicoseconds = 0x10;
-inline constexpr OpcUa_Byte OpcUa_BinaryDataValue_HasServerTimestamp = 0x08;
-inline constexpr OpcUa_Byte OpcUa_BinaryDataValue_HasServerPicoseconds = 0x20;
-
 [[nodiscard]] inline OpcUa_Byte OpcUa_BinaryDataValue_MaskOf(const OpcUa_DataValue& value)
 {
     const auto flagIf = [](bool condition, OpcUa_Byte flag) { return condition ? flag : 0; };
@@ -375,11 +324,6 @@ inline constexpr OpcUa_Byte OpcUa_BinaryDataValue_HasServerPicoseconds = 0x20;
                OpcUa_BinaryDataValue_HasServerTimestamp) |
         flagIf(value.ServerPicoseconds != 0, OpcUa_BinaryDataValue_HasServerPicoseconds));
 }
-
-/// Bytes that the longest data value with a number takes.
-inline constexpr std::size_t OpcUa_BinaryDataValue_NumberRoom =
-    1 + OpcUa_BinaryNumber_Room + sizeof(OpcUa_StatusCode) +
-    2 * (sizeof(OpcUa_DateTime) + sizeof(OpcUa_UInt16));
 
 /// Writes a data value whose number takes `size` bytes, and gives where it ends. Within the room that
 /// the longest one needs, fields that aren't there are overwritten by those that are.

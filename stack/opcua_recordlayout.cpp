@@ -1,15 +1,9 @@
 #include "stack/opcua_recordlayout.h"
 
 #include "platform/allocator.h"
-#include "stack/opcua_datavalue.h"
-#include "stack/opcua_diagnosticinfo.h"
 #include "stack/opcua_elementtraits.h"
-#include "stack/opcua_expandednodeid.h"
-#include "stack/opcua_extensionobject.h"
-#include "stack/opcua_localizedtext.h"
-#include "stack/opcua_qualifiedname.h"
 #include "stack/opcua_recordfields.h"
-#include "stack/opcua_variant.h"
+#include "stack/opcua_release.h"
 
 #include <cstring>
 
@@ -24,64 +18,45 @@ void initializeValue(const OpcUa_RecordField& field, void* value)
     }
 }
 
-// Most values own nothing. Those that visibly don't are passed without a call.
-
-void release(OpcUa_String& string)
+template <typename T>
+void releaseAs(void* value)
 {
-    if ((string.flags & OpcUa_String_OwnsContent) != 0) {
-        OpcUa_Memory_Free(string.strContent);
-    }
-}
-
-void release(OpcUa_NodeId& nodeId)
-{
-    if (nodeId.IdentifierType != OpcUa_IdentifierType_Numeric) {
-        OpcUa_NodeId_Clear(&nodeId);
-    }
-}
-
-void release(OpcUa_Variant& variant)
-{
-    if (variant.Datatype > OpcUaType_Double || variant.ArrayType != OpcUa_VariantArrayType_Scalar) {
-        OpcUa_Variant_Clear(&variant);
-    }
+    OpcUa_Value_Release(*static_cast<T*>(value));
 }
 
 void releaseValue(const OpcUa_RecordField& field, void* value)
 {
     switch (field.Type) {
     case OpcUaType_String:
-        release(*static_cast<OpcUa_String*>(value));
+        releaseAs<OpcUa_String>(value);
         break;
     case OpcUaType_ByteString:
     case OpcUaType_XmlElement:
-        OpcUa_Memory_Free(static_cast<OpcUa_ByteString*>(value)->Data);
+        releaseAs<OpcUa_ByteString>(value);
         break;
     case OpcUaType_NodeId:
-        release(*static_cast<OpcUa_NodeId*>(value));
+        releaseAs<OpcUa_NodeId>(value);
         break;
     case OpcUaType_ExpandedNodeId:
-        release(static_cast<OpcUa_ExpandedNodeId*>(value)->NodeId);
-        release(static_cast<OpcUa_ExpandedNodeId*>(value)->NamespaceUri);
+        releaseAs<OpcUa_ExpandedNodeId>(value);
         break;
     case OpcUaType_QualifiedName:
-        release(static_cast<OpcUa_QualifiedName*>(value)->Name);
+        releaseAs<OpcUa_QualifiedName>(value);
         break;
     case OpcUaType_LocalizedText:
-        release(static_cast<OpcUa_LocalizedText*>(value)->Locale);
-        release(static_cast<OpcUa_LocalizedText*>(value)->Text);
+        releaseAs<OpcUa_LocalizedText>(value);
         break;
     case OpcUaType_ExtensionObject:
-        OpcUa_ExtensionObject_Clear(static_cast<OpcUa_ExtensionObject*>(value));
+        releaseAs<OpcUa_ExtensionObject>(value);
         break;
     case OpcUaType_DataValue:
-        release(static_cast<OpcUa_DataValue*>(value)->Value);
+        releaseAs<OpcUa_DataValue>(value);
         break;
     case OpcUaType_Variant:
-        release(*static_cast<OpcUa_Variant*>(value));
+        releaseAs<OpcUa_Variant>(value);
         break;
     case OpcUaType_DiagnosticInfo:
-        OpcUa_DiagnosticInfo_Clear(static_cast<OpcUa_DiagnosticInfo*>(value));
+        releaseAs<OpcUa_DiagnosticInfo>(value);
         break;
     case OpcUa_FieldType_Record:
         OpcUa_RecordLayout_Release(*field.Record, value);

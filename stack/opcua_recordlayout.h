@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/types.h"
-#include "stack/opcua_binaryread.h"
+#include "stack/opcua_binaryforms.h"
 #include "stack/opcua_builtintype.h"
 #include "stack/opcua_encodeabletype.h"
 

@@ -10,7 +10,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstring>
 
 namespace {
 
@@ -86,7 +85,7 @@ struct SourceStream
     {
         auto& self = *static_cast<SourceStream*>(stream->Handle);
         const std::size_t size = std::min<std::size_t>(length, self.bytes.size() - self.position);
-        std::memcpy(data, self.bytes.data() + self.position, size);
+        std::copy_n(self.bytes.begin() + static_cast<std::ptrdiff_t>(self.position), size, data);
         self.position += size;
         *readLength = static_cast<OpcUa_UInt32>(size);
         if (size == length) {

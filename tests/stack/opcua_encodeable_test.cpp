@@ -1,4 +1,5 @@
 #include "platform/allocator.h"
+#include "stack/opcua_elementtraits.h"
 #include "stack/opcua_encodeable.h"
 #include "stack/opcua_encodeableobject.h"
 #include "stack/opcua_recordfields.h"
