@@ -228,12 +228,11 @@ bool UaPkiRevocationList::sameIssuer(const UaPkiRevocationList& other) const noe
 
 UaDateTime UaPkiRevocationList::thisUpdate() const noexcept
 {
-    const UaDateTime never = UaDateTime::fromTime_t(PkiTime_Never);
     if (isNull()) {
         addError(isNullMessage);
-        return never;
     }
-    return PkiTime_Read(X509_CRL_get0_lastUpdate(m_pCrl), never);
+    return PkiTime_Read(isNull() ? nullptr : X509_CRL_get0_lastUpdate(m_pCrl),
+                        UaDateTime::fromTime_t(PkiTime_Never));
 }
 
 UaDateTime UaPkiRevocationList::nextUpdate() const noexcept
