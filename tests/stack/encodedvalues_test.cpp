@@ -346,6 +346,79 @@ TEST_P(EncodedValues, are_read_from_these_bytes)
     EXPECT_EQ(toHex(encode(context, GetParam().type, read.get())), GetParam().bytes);
 }
 
+TEST_P(EncodedValues, fill_a_stream_of_their_size_and_no_smaller_one)
+{
+    TestContext context;
+    const BuiltInValue value(GetParam().type, GetParam().fill);
+    const auto size = static_cast<OpcUa_UInt32>(fromHex(GetParam().bytes).size());
+    EncoderOnMemory encoder(context.get(), size);
+    EXPECT_EQ(codecOf(GetParam().type).write(encoder.get(), value.get(), nullptr), OpcUa_Good);
+    EXPECT_EQ(toHex(encoder.bytes()), GetParam().bytes);
+    if (size > 1) {
+        EncoderOnMemory smaller(context.get(), size - 1);
+        EXPECT_EQ(codecOf(GetParam().type).write(smaller.get(), value.get(), nullptr),
+                  OpcUa_BadEncodingLimitsExceeded);
+    }
+}
+
+TEST_P(EncodedValues, are_read_alike_with_other_bytes_behind_them)
+{
+    TestContext context;
+    const BuiltInValue value(GetParam().type, GetParam().fill);
+    for (const unsigned filler : {0x00u, 0x55u, 0xFFu}) {
+        Bytes bytes = fromHex(GetParam().bytes);
+        bytes.insert(bytes.end(), 64, static_cast<OpcUa_Byte>(filler));
+        DecoderOnMemory decoder(bytes, context.get());
+        BuiltInValue read(GetParam().type);
+        EXPECT_EQ(codecOf(GetParam().type).read(decoder.get(), read.get()), OpcUa_Good);
+        EXPECT_EQ(decoder.remaining(), 64u);
+        EXPECT_EQ(OpcUa_BuiltInType_GetTraits(GetParam().type)->Compare(read.get(), value.get()),
+                  0);
+        EXPECT_EQ(toHex(encode(context, GetParam().type, read.get())), GetParam().bytes);
+    }
+}
+
+/// A scalar number of every type in a variant, alone and in a data value with every field.
+TEST(NumberValues, of_every_type_are_written_and_read_with_and_without_room)
+{
+    TestContext context;
+    for (const BuiltInSample& sample : builtInSamples()) {
+        SCOPED_TRACE(sample.name);
+        OwnedVariant variant;
+        makeScalar(*variant, sample);
+        Bytes bytes = encode(context, OpcUaType_Variant, variant.get());
+        const BuiltInValue value(sample.type, sample.fill);
+        Bytes expected = encode(context, sample.type, value.get());
+        expected.insert(expected.begin(), sample.type);
+        EXPECT_EQ(toHex(bytes), toHex(expected));
+        for (OpcUa_Byte mask = 0x01; mask <= 0x3F; mask = static_cast<OpcUa_Byte>(mask + 2)) {
+            OpcUa_DataValue dataValue{};
+            dataValue.Value = *variant;
+            dataValue.StatusCode = (mask & 0x02) != 0 ? 0x80010000 : 0;
+            dataValue.SourceTimestamp.dwLowDateTime = (mask & 0x04) != 0 ? 1 : 0;
+            dataValue.ServerTimestamp.dwHighDateTime = (mask & 0x08) != 0 ? 2 : 0;
+            dataValue.SourcePicoseconds = (mask & 0x10) != 0 ? 3 : 0;
+            dataValue.ServerPicoseconds = (mask & 0x20) != 0 ? 4 : 0;
+            const Bytes whole = encode(context, OpcUaType_DataValue, &dataValue);
+            ASSERT_EQ(whole.front(), mask);
+            EncoderOnMemory exact(context.get(), static_cast<OpcUa_UInt32>(whole.size()));
+            EXPECT_EQ(exact->WriteDataValue(exact.get(), "", &dataValue, nullptr), OpcUa_Good);
+            EXPECT_EQ(toHex(exact.bytes()), toHex(whole));
+            Bytes followed = whole;
+            followed.insert(followed.end(), 64, 0xFF);
+            for (const Bytes& input : {whole, followed}) {
+                DecoderOnMemory decoder(input, context.get());
+                BuiltInValue read(OpcUaType_DataValue);
+                EXPECT_EQ(decoder->ReadDataValue(decoder.get(), "",
+                                                 static_cast<OpcUa_DataValue*>(read.get())),
+                          OpcUa_Good);
+                EXPECT_EQ(decoder.remaining(), input.size() - whole.size());
+                EXPECT_EQ(toHex(encode(context, OpcUaType_DataValue, read.get())), toHex(whole));
+            }
+        }
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(Table, EncodedValues, testing::ValuesIn(encodedValues),
                          [](const auto& row) { return std::string(row.param.name); });
 

@@ -174,6 +174,24 @@ TEST_P(HostileBytes, encoding_reports_a_stream_that_is_too_short)
     EXPECT_EQ(codecOf(GetParam().type).write(encoder.get(), value.get(), nullptr), OpcUa_Good);
 }
 
+TEST_P(HostileBytes, encoding_reports_that_its_stream_cannot_grow)
+{
+    TestContext context;
+    OwnedVariant variant;
+    makeArray(*variant, GetParam(), 200);
+    std::unique_ptr<EncoderOnMemory> encoder;
+    const std::size_t failures = forEveryFailingAllocation(
+        [&] {
+            const OpcUa_MemoryFaultHook hook = OpcUa_Memory_SetFaultHook(nullptr);
+            encoder = std::make_unique<EncoderOnMemory>(context.get());
+            OpcUa_Memory_SetFaultHook(hook);
+            return encoder->get()->Interface->WriteVariant(encoder->get(), "", variant.get(),
+                                                           nullptr);
+        },
+        [](OpcUa_StatusCode status) { EXPECT_EQ(status, OpcUa_BadOutOfMemory); });
+    EXPECT_GT(failures, 1u);
+}
+
 INSTANTIATE_TEST_SUITE_P(Types, HostileBytes, testing::ValuesIn(builtInSamples()),
                          [](const auto& row) { return std::string(row.param.name); });
 
