@@ -55,6 +55,34 @@ QByteArray makeCertificate(const UaPkiRSAKeyPair& keyPair, int number)
     return {reinterpret_cast<const char*>(der.data()), der.size()};
 }
 
+/// A certificate whose subjectAltName extension is as large as a file may be.
+QByteArray makeCertificateOfManyNames(int count)
+{
+    const std::unique_ptr<EVP_PKEY, decltype(&EVP_PKEY_free)> key(EVP_RSA_gen(1024), EVP_PKEY_free);
+    const std::unique_ptr<X509, decltype(&X509_free)> certificate(X509_new(), X509_free);
+    GENERAL_NAMES* names = sk_GENERAL_NAME_new_reserve(nullptr, count);
+    for (int i = 0; i < count; ++i) {
+        const QByteArray text = "h" + QByteArray::number(i);
+        GENERAL_NAME* name = GENERAL_NAME_new();
+        ASN1_IA5STRING* string = ASN1_IA5STRING_new();
+        ASN1_STRING_set(string, text.constData(), static_cast<int>(text.size()));
+        GENERAL_NAME_set0_value(name, GEN_DNS, string);
+        sk_GENERAL_NAME_push(names, name);
+    }
+    X509_add1_ext_i2d(certificate.get(), NID_subject_alt_name, names, 0, 0);
+    GENERAL_NAMES_free(names);
+    X509_set_version(certificate.get(), X509_VERSION_3);
+    X509_gmtime_adj(X509_getm_notBefore(certificate.get()), 0);
+    X509_gmtime_adj(X509_getm_notAfter(certificate.get()), 86400 * 365);
+    X509_set_pubkey(certificate.get(), key.get());
+    X509_sign(certificate.get(), key.get(), EVP_sha256());
+    unsigned char* bytes = nullptr;
+    const int size = i2d_X509(certificate.get(), &bytes);
+    QByteArray der(reinterpret_cast<const char*>(bytes), size);
+    OPENSSL_free(bytes);
+    return der;
+}
+
 /// A directory with this many certificates.
 class Certificates
 {
@@ -212,6 +240,42 @@ void Reload(benchmark::State& state)
     state.SetComplexityN(state.range(0));
 }
 
+/// The visible page once more, without a change.
+void Repaint(benchmark::State& state)
+{
+    VeskCertificateManager tab(QString(), QString(),
+                               locations(Certificates::ofCount(state.range(0))), QIcon(), false);
+    tab.resize(700, 500);
+    tab.grab();
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(tab.grab());
+    }
+}
+
+/// A page with one certificate of 100,000 alternative names, from the disk to the first picture.
+void PaintManyNames(benchmark::State& state)
+{
+    const QTemporaryDir directory;
+    CertificateLocationInfo info;
+    info.trustListLocation = directory.path() + u'/';
+    QFile file(directory.filePath(QStringLiteral("many.der")));
+    const QByteArray der = makeCertificateOfManyNames(static_cast<int>(state.range(0)));
+    if (!file.open(QIODevice::WriteOnly) || file.write(der) != der.size()) {
+        qFatal("can't write %s", qPrintable(file.fileName()));
+    }
+    file.close();
+    for (auto _ : state) {
+        VeskCertificateManager tab(QString(), QString(), info, QIcon(), false);
+        tab.resize(2000, 500);
+        benchmark::DoNotOptimize(tab.grab());
+        const auto* view = tab.findChild<QTreeView*>(QStringLiteral("treeView_trustedCerts"));
+        const QModelIndex names = view->model()->index(0, VeskCertificateModel::DomainNameColumn);
+        if (names.data().toString().size() < state.range(0)) {
+            state.SkipWithError("names are missing");
+        }
+    }
+}
+
 using Entries = std::vector<VeskCertificateModel::Entry>;
 
 Entries load(qint64 count)
@@ -279,6 +343,8 @@ void MemoryPerRow(benchmark::State& state)
 
 BENCHMARK(ReloadByHand)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
 BENCHMARK(Reload)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
+BENCHMARK(Repaint)->Arg(1000)->Unit(benchmark::kMillisecond);
+BENCHMARK(PaintManyNames)->Arg(100000)->Unit(benchmark::kMillisecond);
 BENCHMARK(SortDatesByHand)->Arg(10000)->Unit(benchmark::kMillisecond);
 BENCHMARK(SortByDate)->Arg(10000)->Unit(benchmark::kMillisecond);
 BENCHMARK(MemoryPerRow)->Arg(10000)->Iterations(1)->Unit(benchmark::kMillisecond);

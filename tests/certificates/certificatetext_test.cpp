@@ -42,6 +42,7 @@ private Q_SLOTS:
             QCOMPARE(text.copyTo(&array[static_cast<OpcUa_UInt32>(i)]), OpcUa_Good);
         }
         QCOMPARE(toJoinedText(array), joined);
+        QCOMPARE(toQStringList(array), texts);
     }
 
     void time_counts_from_1601_and_is_shown_as_local_time()
