@@ -114,7 +114,9 @@ void VeskCertificateManager::moveCertificate(const QString& directory, const QSt
 {
     const QString source = currentCertificate(*ui->treeView_trustedCerts);
     const QString target = directory + QFileInfo(source).fileName();
-    const bool isMoved = !source.isEmpty() && QFile::copy(source, target) && QFile::remove(source);
+    // A directory of no name would be the working directory.
+    const bool isMoved = !source.isEmpty() && !directory.isEmpty() && QFile::copy(source, target) &&
+                         QFile::remove(source);
     if (!isMoved) {
         warn(failure, source);
     }

@@ -159,17 +159,29 @@ private Q_SLOTS:
         QCOMPARE(answer.verdict(), QString());
     }
 
+    void missing_trusted_directory_cannot_take_a_file_data()
+    {
+        QTest::addColumn<bool>("isNamed");
+        QTest::newRow("not there") << true;
+        QTest::newRow("without a name") << false; // not the working directory
+    }
+
     void missing_trusted_directory_cannot_take_a_file()
     {
+        QFETCH(const bool, isNamed);
         CertificatesTab tab;
         const QString file = tab.putCertificate(u"rejected"_s, u"a.der"_s);
         QVERIFY(QDir(tab.directory.path()).rmdir(u"trusted"_s));
+        if (!isNamed) {
+            tab.info.trustListLocation.clear();
+        }
         tab.open();
         MessageBoxAnswer answer({warning(trustFailure(file))});
         tab.contextMenu(tab.trusted(), u"a.der"_s, u"Trust"_s);
         QCOMPARE(answer.verdict(), QString());
         QVERIFY(QFile::exists(file));
         QVERIFY(!QFile::exists(tab.path(u"trusted"_s, QString())));
+        QVERIFY(!QFile::exists(u"a.der"_s));
     }
 
     void same_directory_for_both_moves_nothing()
