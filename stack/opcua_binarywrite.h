@@ -288,7 +288,7 @@ template <typename Sink>
     OpcUa_BinaryText locale;
     OpcUa_BinaryText text;
     OpcUa_StatusCode status = OpcUa_BinaryText_Of(value.Locale, locale);
-    if (OpcUa_IsGood(status)) {
+    if (OpcUa_IsNotBad(status)) {
         status = OpcUa_BinaryText_Of(value.Text, text);
     }
     if (OpcUa_IsBad(status)) {
