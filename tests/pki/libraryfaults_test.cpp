@@ -21,23 +21,24 @@ namespace {
 constexpr int sha256 = UaPkiCertificate::Sha256WithRsa;
 constexpr int keySize = 512;
 
-/// A key that is read anew at each call: the library keeps some state with a key, which a failure in the
-/// middle of a signature spoils for the next one.
-UaPkiRSAKeyPair freshKeyPair(const UaByteArray& der)
+/// A copy of a key: the library keeps some state with a key, which a failure in the middle of a signature
+/// spoils for the next one.
+UaPkiRSAKeyPair freshCopyOf(const UaPkiRSAKeyPair& keyPair)
 {
-    return UaPkiRSAKeyPair(UaPkiPrivateKey::fromDER(der, EVP_PKEY_RSA).handle());
+    const PkiHandle<EVP_PKEY> key(EVP_PKEY_dup(keyPair.privateKey().handle()));
+    return UaPkiRSAKeyPair(key.get());
 }
 
 UaPkiRSAKeyPair issuersKeyPair()
 {
-    static const UaByteArray der = UaPkiRSAKeyPair(keySize).toDER();
-    return freshKeyPair(der);
+    static const UaPkiRSAKeyPair keyPair(keySize);
+    return freshCopyOf(keyPair);
 }
 
 UaPkiRSAKeyPair subjectsKeyPair()
 {
-    static const UaByteArray der = UaPkiRSAKeyPair(keySize).toDER();
-    return freshKeyPair(der);
+    static const UaPkiRSAKeyPair keyPair(keySize);
+    return freshCopyOf(keyPair);
 }
 
 struct Outcome
@@ -92,7 +93,7 @@ protected:
             }();
             ASSERT_EQ(ERR_peek_error(), 0u) << operation.name << ", allocation " << failAt;
             if (!outcome.bytes.empty()) {
-                ASSERT_EQ(hexOf(outcome.bytes), hexOf(expected))
+                ASSERT_TRUE(outcome.bytes == expected)
                     << operation.name << ", allocation " << failAt;
             }
         }
@@ -111,10 +112,6 @@ TEST_F(LibraryFaultsTest, certificates_are_made_whole_or_not_at_all)
         {"self-signed",
          [](const KeyPair& subject, const KeyPair&) {
              return outcomeOf(Certificate(sampleInfo(), sampleIdentity(), subject, false, sha256));
-         }},
-        {"authority",
-         [](const KeyPair& subject, const KeyPair&) {
-             return outcomeOf(Certificate(sampleInfo(), sampleIdentity(), subject, true, sha256));
          }},
         {"issuer's name",
          [](const KeyPair& subject, const KeyPair& key) {
