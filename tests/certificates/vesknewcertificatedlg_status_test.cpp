@@ -1,6 +1,10 @@
 #include "tests/certificates/newcertificatedialog.h"
 #include "tests/support/inputdialoganswer.h"
 
+#include <QAccessible>
+#include <QHelpEvent>
+#include <QToolTip>
+
 using namespace Qt::StringLiterals;
 
 // Which fields the dialog finds filled in, when it enables OK and what it says while it doesn't.
@@ -52,6 +56,8 @@ private Q_SLOTS:
     static void empty_dialog_names_all_that_is_missing();
     static void required_field_decides_on_ok_data();
     static void required_field_decides_on_ok();
+    static void disabled_ok_tells_why_when_pointed_at();
+    static void screen_reader_hears_what_is_missing();
     static void unit_may_be_empty();
     static void country_needs_two_characters_data();
     static void country_needs_two_characters();
@@ -124,6 +130,41 @@ void VeskNewCertificateDlgStatusTest::required_field_decides_on_ok()
     form.type(input, u"DE"_s);
     QVERIFY(form.ok().isEnabled());
     QCOMPARE(form.status(status.constData()), u"valid"_s);
+}
+
+void VeskNewCertificateDlgStatusTest::disabled_ok_tells_why_when_pointed_at()
+{
+    const NewCertificateDialog form;
+    form.fillIn();
+    form.type("txtState", QString());
+    for (QWidget* widget : {static_cast<QWidget*>(&form.ok()),
+                            static_cast<QWidget*>(&form.child<QLabel>("lblStatS"))}) {
+        QToolTip::hideText();
+        const QPoint center = widget->rect().center();
+        QHelpEvent pointing(QEvent::ToolTip, center, widget->mapToGlobal(center));
+        QApplication::sendEvent(widget, &pointing);
+        QCOMPARE(QToolTip::text(), u"The state is missing."_s);
+    }
+}
+
+void VeskNewCertificateDlgStatusTest::screen_reader_hears_what_is_missing()
+{
+    const NewCertificateDialog form;
+    form.fillIn();
+    form.type("txtState", QString());
+    const auto heard = [](QWidget& widget, QAccessible::Text what) {
+        return QAccessible::queryAccessibleInterface(&widget)->text(what);
+    };
+    const QString problem = u"The state is missing."_s;
+    QCOMPARE(heard(form.line("txtState"), QAccessible::Name), u"State:"_s);
+    QCOMPARE(heard(form.line("txtState"), QAccessible::Description), problem);
+    QCOMPARE(heard(form.child<QLabel>("lblStatS"), QAccessible::Name), problem);
+    QCOMPARE(heard(form.child<QLabel>("lblStatL"), QAccessible::Name), u"Valid"_s);
+    QCOMPARE(heard(form.ok(), QAccessible::Description), problem);
+    QCOMPARE(heard(form.dns(), QAccessible::Name), u"Domain Names"_s);
+    QCOMPARE(heard(form.ip(), QAccessible::Name), u"IP Addresses"_s);
+    form.dialog->setDNSNames({});
+    QCOMPARE(heard(form.dns(), QAccessible::Description), QString::fromLatin1(nameMissing));
 }
 
 void VeskNewCertificateDlgStatusTest::unit_may_be_empty()
