@@ -42,15 +42,15 @@ void fill(QWidget* page)
 {
     auto* layout = new QVBoxLayout(page);
     const QString text = QStringLiteral("text");
-    add<QGroupBox>(layout, 2, text);
+    add<QGroupBox>(layout, 4, text);
     add<QLabel>(layout, 4, text);
     add<QCheckBox>(layout, 3, text);
     add<QLineEdit>(layout, 1, text);
     add<QSpinBox>(layout, 1);
     add<QComboBox>(layout, 3);
-    add<QPushButton>(layout, 2, text);
-    add<QToolButton>(layout, 1);
-    add<QTreeView>(layout, 1);
+    add<QPushButton>(layout, 4, text);
+    add<QToolButton>(layout, 2);
+    add<QTreeView>(layout, 2);
 }
 
 /// Ends the process where the window is on the screen: taking it down is not part of the start.

@@ -26,6 +26,9 @@ void ListPosition::follow(const QString& newFile)
 
 void ListPosition::restore(QTreeView& view) const
 {
+    if (m_row < 0 && m_scrollPosition == 0) {
+        return;
+    }
     view.doItemsLayout(); // the scroll bar's range is that of the new rows
     const int row = m_row < 0 ? -1 : findRow(view);
     const QModelIndex current = row < 0 ? QModelIndex() : view.model()->index(row, m_column);

@@ -84,9 +84,6 @@ void VeskCertificateManager::attach(QTreeView* view, VeskListSortModel* proxy,
     view->header()->setResizeContentsPrecision(measuredRows);
     view->setModel(proxy);
     view->sortByColumn(0, Qt::AscendingOrder);
-    for (int column = 0; column < proxy->columnCount(); ++column) {
-        view->resizeColumnToContents(column);
-    }
 }
 
 void VeskCertificateManager::connectForm()
@@ -239,13 +236,16 @@ void VeskCertificateManager::fillRevocationLists(int kind)
     position.restore(*view);
 }
 
-/// Gives the columns the width of what they hold, once. Later widths are the operator's.
+/// Gives the columns of a list that is seen the width of what they hold: of the headers first, and once
+/// of the rows. Later widths are the operator's. Measuring lists that nobody sees would make the
+/// console's start slow.
 void VeskCertificateManager::fitColumns(QTreeView* view)
 {
-    if (m_fittedViews.contains(view) || view->model()->rowCount() == 0) {
+    const Fit fit = view->model()->rowCount() > 0 ? FittedToRows : FittedToHeaders;
+    if (!view->isVisible() || m_fits.value(view, NotFitted) >= fit) {
         return;
     }
-    m_fittedViews.insert(view);
+    m_fits.insert(view, fit);
     const int limit = widestColumn * view->fontMetrics().averageCharWidth();
     for (int column = 0; column < view->model()->columnCount(); ++column) {
         view->resizeColumnToContents(column);
@@ -281,8 +281,12 @@ void VeskCertificateManager::updateTlsPage()
 
 bool VeskCertificateManager::eventFilter(QObject* watched, QEvent* event)
 {
-    if (event->type() == QEvent::KeyPress &&
-        handleKey(watched, static_cast<const QKeyEvent&>(*event))) {
+    if (event->type() == QEvent::Show) {
+        if (auto* view = qobject_cast<QTreeView*>(watched)) {
+            fitColumns(view);
+        }
+    } else if (event->type() == QEvent::KeyPress &&
+               handleKey(watched, static_cast<const QKeyEvent&>(*event))) {
         event->accept();
         return true;
     }

@@ -2,8 +2,8 @@
 
 #include "certificates/certificatelocationinfo.h"
 
+#include <QHash>
 #include <QIcon>
-#include <QSet>
 #include <QString>
 #include <QWidget>
 
@@ -96,6 +96,14 @@ private:
     template <typename T>
     using ByKind = std::array<T, 3>;
 
+    /// What the widths of a list's columns were taken from.
+    enum Fit
+    {
+        NotFitted,
+        FittedToHeaders,
+        FittedToRows
+    };
+
     void makeModels();
     void attach(QTreeView* view, VeskListSortModel* proxy, QAbstractItemModel* model);
     void connectForm();
@@ -137,5 +145,5 @@ private:
     ByKind<VeskListSortModel*> m_pCertificateProxies{};
     ByKind<VeskCRLModel*> m_pCRLModels{};
     ByKind<VeskListSortModel*> m_pCRLProxies{};
-    QSet<const QTreeView*> m_fittedViews; ///< Those whose columns have their first widths.
+    QHash<const QTreeView*, Fit> m_fits;
 };
