@@ -22,12 +22,15 @@ namespace {
 
 constexpr int sha256 = UaPkiCertificate::Sha256WithRsa;
 
-/// A small key as it was before its first use: one whose use was cut short by a lack of memory may
-/// give wrong signatures in the library from then on.
+/// A small key that has signed nothing under faults: one whose use was cut short by a lack of memory may
+/// give wrong signatures in the library from then on. It has signed once, since the library keeps blocks
+/// of its own when memory runs out at the first use.
 UaPkiRSAKeyPair freshKeyPair()
 {
     static const UaByteArray bytes = UaPkiRSAKeyPair(512).toDER();
-    return UaPkiRSAKeyPair(UaPkiPrivateKey::fromDER(bytes, EVP_PKEY_RSA).handle());
+    UaPkiRSAKeyPair keyPair(UaPkiPrivateKey::fromDER(bytes, EVP_PKEY_RSA).handle());
+    EXPECT_TRUE(UaPkiRevocationList(1, UaPkiIdentity(), 1).sign(keyPair.privateKey()));
+    return keyPair;
 }
 
 /// Every allocation at first, then fewer of the thousands that the search for a decoder takes.
