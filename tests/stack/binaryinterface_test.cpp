@@ -610,4 +610,46 @@ TEST(BinaryEncoder, size_needs_no_stream_and_no_memory)
     }
 }
 
+// Memory -------------------------------------------------------------------------------------------
+
+TEST(BinaryEncoder, writing_into_a_stream_with_a_size_takes_no_memory)
+{
+    TestContext context;
+    std::array<OpcUa_Byte, 4096> block;
+    OpcUa_OutputStream* stream = nullptr;
+    OpcUa_Encoder* encoder = nullptr;
+    ASSERT_EQ(OpcUa_MemoryOutputStream_Attach(block.data(), block.size(), &stream), OpcUa_Good);
+    ASSERT_EQ(OpcUa_BinaryEncoder_Create(&encoder), OpcUa_Good);
+    ASSERT_EQ(encoder->Interface->Open(encoder, stream, context.get()), OpcUa_Good);
+    for (const BuiltInSample& sample : builtInSamples()) {
+        SCOPED_TRACE(sample.name);
+        const BuiltInValue value(sample.type, sample.fill);
+        const AllocationFaults faults(0);
+        EXPECT_EQ(codecOf(sample.type).write(encoder, value.get(), nullptr), OpcUa_Good);
+    }
+    EXPECT_EQ(encoder->Interface->Delete(&encoder), OpcUa_Good);
+    EXPECT_EQ(stream->Interface->Delete(&stream), OpcUa_Good);
+}
+
+TEST(BinaryDecoder, reading_takes_a_block_for_an_array_and_one_for_each_text)
+{
+    TestContext context;
+    Bytes bytes = fromHex("8C 64 00 00 00");
+    for (int i = 0; i < 100; ++i) {
+        const Bytes text = fromHex("02 00 00 00 41 42");
+        bytes.insert(bytes.end(), text.begin(), text.end());
+    }
+    DecoderOnMemory decoder(bytes, context.get());
+    OpcUa_Variant value;
+    static std::size_t allocations = 0;
+    OpcUa_Memory_SetFaultHook([](std::size_t) {
+        ++allocations;
+        return false;
+    });
+    EXPECT_EQ(decoder->ReadVariant(decoder.get(), "", &value), OpcUa_Good);
+    OpcUa_Memory_SetFaultHook(nullptr);
+    EXPECT_EQ(allocations, 101u);
+    OpcUa_Variant_Clear(&value);
+}
+
 } // namespace
