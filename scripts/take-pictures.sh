@@ -27,7 +27,11 @@ stop() {
     kill "$program"
     wait "$program" 2>/dev/null || true
 }
-window() { xdotool search --sync --onlyvisible --name "$1" | tail -n 1; }
+# The search fails when another window closes while it looks at it.
+window() {
+    until xdotool search --onlyvisible --name "$1" >"$work/windows" 2>/dev/null; do sleep 0.05; done
+    tail -n 1 "$work/windows"
+}
 # click <window> <x> <y>, in units of the window's layout
 click() {
     xdotool windowactivate --sync "$1" mousemove --window "$1" \
