@@ -111,7 +111,8 @@ OpcUa_BinaryReader_FromDecoder(const OpcUa_Decoder* decoder)
 ///
 /// The block is allocated at once when the stream has enough bytes for all elements besides those that
 /// the arrays around it still need. Otherwise the array can't end well, and its elements are read one
-/// after the other into the same memory until the failure, for the sake of its status.
+/// after the other into the same memory until the failure, for the sake of its status. Where all of them
+/// are there, it is the arrays around it that can't: `BadEndOfStream`.
 template <typename ReadElement>
 [[nodiscard]] OpcUa_StatusCode OpcUa_BinaryRead_Elements(OpcUa_BinaryReader& reader,
                                                          const OpcUa_ElementTraits& traits,
@@ -152,5 +153,5 @@ template <typename ReadElement>
         return status;
     }
     OpcUa_Elements_Free(traits, block, isComplete ? done : 0);
-    return status;
+    return OpcUa_IsBad(status) ? status : OpcUa_BadEndOfStream;
 }
