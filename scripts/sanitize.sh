@@ -12,6 +12,7 @@ export TSAN_OPTIONS=halt_on_error=1
 
 # libcrypto keeps a few blocks of its own when its start fails or memory runs out inside it.
 keeps_blocks='RsaFile\.failing_allocations_of_a_save|Provider\.source_that_gives_no_seed'
+keeps_blocks+='|LibraryFaultsTest\.keys_are_written_or_not'
 
 # Only some layers run threads; the program tests look at the release build.
 targets=()

@@ -166,12 +166,11 @@ TEST_F(LibraryFaultsTest, a_certificate_is_signed_anew_or_the_failure_is_told)
     }
 }
 
-TEST_F(LibraryFaultsTest, keys_are_read_and_written_or_not)
+TEST_F(LibraryFaultsTest, keys_are_read_or_not)
 {
     const UaByteArray plain = subjectsKeyPair().toPEM(nullptr);
     const UaByteArray encrypted = subjectsKeyPair().toPEM("secret");
     const UaByteArray der = subjectsKeyPair().toDER();
-    const auto bytes = [](const UaByteArray& written) { return Outcome{toStdString(written)}; };
     const Operation operations[] = {
         {"plain", [&](const auto&,
                       const auto&) { return outcomeOf(UaPkiPrivateKey::fromPEM(plain, nullptr)); }},
@@ -183,6 +182,17 @@ TEST_F(LibraryFaultsTest, keys_are_read_and_written_or_not)
          [&](const auto&, const auto&) {
              return outcomeOf(UaPkiPrivateKey::fromDER(der, EVP_PKEY_RSA));
          }},
+    };
+    for (const Operation& operation : operations) {
+        expectAllOrNothing(operation);
+    }
+}
+
+// The library loses some blocks of a key that it converts for its traditional form.
+TEST_F(LibraryFaultsTest, keys_are_written_or_not)
+{
+    const auto bytes = [](const UaByteArray& written) { return Outcome{toStdString(written)}; };
+    const Operation operations[] = {
         {"to DER", [&](const auto& key, const auto&) { return bytes(key.toDER()); }},
         {"to PEM", [&](const auto& key, const auto&) { return bytes(key.toPEM(nullptr)); }},
         {"public key",
