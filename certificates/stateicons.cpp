@@ -45,11 +45,28 @@ StateIcons::StateIcons(const QIcon& base)
     m_icons[0] = base;
 }
 
+StateIcons::StateIcons(const QString& path)
+    : m_path(path)
+{
+}
+
+const QIcon& StateIcons::base() const
+{
+    QIcon& icon = m_icons[0];
+    if (icon.isNull() && !m_path.isEmpty()) {
+        icon = QIcon(m_path);
+    }
+    return icon;
+}
+
 const QIcon& StateIcons::icon(ValidityState state) const
 {
+    if (state == ValidityState::Healthy) {
+        return base();
+    }
     QIcon& icon = m_icons[static_cast<std::size_t>(state)];
-    if (icon.isNull() && state != ValidityState::Healthy) {
-        icon = withOverlay(m_icons[0], QImage(overlayPath(state)));
+    if (icon.isNull()) {
+        icon = withOverlay(base(), QImage(overlayPath(state)));
     }
     return icon;
 }

@@ -97,8 +97,8 @@ const VeskCertificateTexts& VeskCertificateItem::texts() const
 
 VeskCertificateModel::VeskCertificateModel(const QIcon& ownIcon, int kind, QObject* parent)
     : VeskListModel(parent)
-    , m_icons{StateIcons(QIcon(QStringLiteral(":/veskwidgets/images/clearlog.png"))),
-              StateIcons(QIcon(QStringLiteral(":/veskwidgets/images/on.png"))), StateIcons(ownIcon)}
+    , m_icons{StateIcons(QStringLiteral(":/veskwidgets/images/clearlog.png")),
+              StateIcons(QStringLiteral(":/veskwidgets/images/on.png")), StateIcons(ownIcon)}
     , m_statusTexts(statusTexts(kind))
     , m_kind(kind)
 {

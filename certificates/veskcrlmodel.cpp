@@ -86,7 +86,7 @@ const VeskCRLTexts& VeskCRLItem::texts() const
 
 VeskCRLModel::VeskCRLModel(int kind, QObject* parent)
     : VeskListModel(parent)
-    , m_icons(QIcon(QStringLiteral(":/veskwidgets/images/on.png")))
+    , m_icons(QStringLiteral(":/veskwidgets/images/on.png"))
     , m_kind(kind)
 {
 }
