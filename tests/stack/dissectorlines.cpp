@@ -211,10 +211,9 @@ void DissectorLines::addArray(const OpcUa_RecordField& field, const void* block,
 {
     const Level level(*this);
     add(formatted("opcua.variant.ArraySize=%d", count));
-    const std::size_t size =
-        field.Type == OpcUa_FieldType_Record
-            ? field.Record->Size
-            : OpcUa_BuiltInType_GetTraits(field.BuiltInType)->Size;
+    const std::size_t size = field.Type == OpcUa_FieldType_Record
+                                 ? field.Record->Size
+                                 : OpcUa_BuiltInType_GetTraits(field.BuiltInType)->Size;
     for (OpcUa_Int32 i = 0; i < count; ++i) {
         addField(field, formatted("[%d]", i),
                  static_cast<const char*>(block) + static_cast<std::size_t>(i) * size);
