@@ -20,6 +20,5 @@ struct CertificateReplacement
 /// file is its owner's alone, one that replaces another keeps the other's owner and mode.
 ///
 /// The new bytes are read back, and the certificate's are on the disk, before either file is touched.
-/// False when anything fails; both files are as they were then, unless the very last step, giving the
-/// written certificate its name, is refused.
+/// False when anything fails; both files are as they were then.
 [[nodiscard]] bool replaceCertificate(const CertificateReplacement& replacement);

@@ -8,6 +8,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <sys/mount.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -195,6 +196,20 @@ private Q_SLOTS:
         writeOldFiles();
         disk.fillUpTo(0);
         QVERIFY(!replaceCertificate(m_new));
+        expectOldFiles();
+    }
+
+    void certificate_that_cannot_take_its_name_keeps_both()
+    {
+        writeOldFiles();
+        // A file that something is mounted on can be opened, but not replaced.
+        const QByteArray mountPoint = QFile::encodeName(m_new.certificateFile);
+        if (mount(mountPoint.constData(), mountPoint.constData(), nullptr, MS_BIND, nullptr) != 0) {
+            QSKIP("mounting takes root");
+        }
+        const bool isReplaced = replaceCertificate(m_new);
+        QCOMPARE(umount(mountPoint.constData()), 0);
+        QVERIFY(!isReplaced);
         expectOldFiles();
     }
 
