@@ -2,7 +2,7 @@
 // nothing behind, or a value that encodes to bytes which decode to an equal value and encode to
 // themselves, in the size that was announced and within the memory that the bytes are worth.
 
-#include "fuzz/builtincoding.h"
+#include "fuzz/binarycoding.h"
 
 #include <iterator>
 

@@ -1,7 +1,7 @@
 // A variant: an error, or one that encodes to bytes which decode to an equal one. A copy is equal and
 // encodes the same, and cutting the bytes anywhere gives an error.
 
-#include "fuzz/builtincoding.h"
+#include "fuzz/binarycoding.h"
 
 namespace {
 
