@@ -2,6 +2,7 @@
 #include "platform/status.h"
 
 #include <gtest/gtest.h>
+#include <openssl/rand.h>
 
 namespace {
 
@@ -10,7 +11,13 @@ namespace {
 class CryptoEnvironment : public testing::Environment
 {
 public:
-    void SetUp() override { ASSERT_EQ(OpcUa_P_OpenSSL_Initialize(), OpcUa_Good); }
+    void SetUp() override
+    {
+        ASSERT_EQ(OpcUa_P_OpenSSL_Initialize(), OpcUa_Good);
+        // Has the library look its algorithms up: one that it can't while memory is short is missing
+        // for good.
+        ASSERT_EQ(RAND_status(), 1);
+    }
     void TearDown() override { OpcUa_P_OpenSSL_Cleanup(); }
 };
 

@@ -22,13 +22,15 @@ struct KnownTypes
     OpcUa_EncodeableTypeTable table;
 };
 
+// Made before any test makes memory short.
+KnownTypes knownTypes;
+
 } // namespace
 
 const OpcUa_MessageContext& unlimitedContext()
 {
-    static KnownTypes types;
     static const OpcUa_MessageContext context = {
-        0, 0, 0, 0, OpcUa_MessageEncoding_Binary, nullptr, &types.table};
+        0, 0, 0, 0, OpcUa_MessageEncoding_Binary, nullptr, &knownTypes.table};
     return context;
 }
 
