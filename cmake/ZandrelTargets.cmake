@@ -29,24 +29,28 @@ function(zandrel_executable target)
     zandrel_compile_as(${target} "${arg_QT}")
 endfunction()
 
-# zandrel_test(<name> FOLDER <layer> [QT] SOURCES <files> [LINKS <targets>] [LABELS <labels>])
-# Without QT: a GoogleTest binary whose tests CTest knows one by one. With QT: a QtTest binary that
-# runs on the offscreen platform as one CTest test with the label "gui".
+# zandrel_test(<name> FOLDER <layer> [QT] SOURCES <files> [LINKS <targets>] [LABEL <label>])
+# Without QT: a GoogleTest binary whose tests CTest knows one by one; they bear one label, LABEL or the
+# layer. With QT: a QtTest binary that runs on the offscreen platform as one CTest test with the labels
+# of the layer and "gui".
 function(zandrel_test name)
-    cmake_parse_arguments(arg "QT" "FOLDER" "SOURCES;LINKS;LABELS" ${ARGN})
+    cmake_parse_arguments(arg "QT" "FOLDER;LABEL" "SOURCES;LINKS" ${ARGN})
     if(arg_QT)
         zandrel_executable(${name} QT SOURCES ${arg_SOURCES} LINKS Qt6::Test ${arg_LINKS})
         set_target_properties(${name} PROPERTIES ZANDREL_IS_TEST ON)
         add_test(NAME ${arg_FOLDER}.${name} COMMAND ${name})
         set_tests_properties(${arg_FOLDER}.${name} PROPERTIES
-            LABELS "${arg_FOLDER};gui;${arg_LABELS}"
+            LABELS "${arg_FOLDER};gui"
             ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_LOGGING_RULES=qt.qpa.*=false"
             TIMEOUT 600)
     else()
         zandrel_executable(${name} SOURCES ${arg_SOURCES} LINKS GTest::gmock_main ${arg_LINKS})
         set_target_properties(${name} PROPERTIES ZANDREL_IS_TEST ON)
+        if(NOT arg_LABEL)
+            set(arg_LABEL ${arg_FOLDER})
+        endif()
         gtest_discover_tests(${name} TEST_PREFIX "${arg_FOLDER}." DISCOVERY_TIMEOUT 120
-            PROPERTIES LABELS "${arg_FOLDER};${arg_LABELS}" TIMEOUT 600)
+            PROPERTIES LABELS "${arg_LABEL}" TIMEOUT 600)
     endif()
 endfunction()
 
