@@ -1,8 +1,10 @@
 #include "pki/pkikey.h"
 
 #include "pki/pkibarecontext.h"
+#include "pki/pkikeyderivation.h"
 #include "pki/uapkierrorlist.h"
 
+#include <openssl/evperr.h>
 #include <openssl/pem.h>
 #include <openssl/pkcs12.h>
 
@@ -161,6 +163,13 @@ PkiHandle<EVP_PKEY> decodeEncrypted(const PemBlock& block, PasswordSource& sourc
     const unsigned char* position = block.data();
     const PkiHandle<X509_SIG> encrypted(d2i_X509_SIG(nullptr, &position, block.size()));
     if (encrypted == nullptr) {
+        return nullptr;
+    }
+    const X509_ALGOR* scheme = nullptr;
+    X509_SIG_get0(encrypted.get(), &scheme, nullptr);
+    if (!PkiKeyDerivation_IsBearable(scheme)) {
+        ERR_raise_data(ERR_LIB_EVP, EVP_R_UNSUPPORTED_KEY_DERIVATION_FUNCTION,
+                       "the key claims too many rounds");
         return nullptr;
     }
     std::array<char, PEM_BUFSIZE> password{};
