@@ -22,7 +22,7 @@ auto unpack(const X509_ALGOR& algorithm, const ASN1_ITEM* pItem)
         static_cast<Record*>(ASN1_TYPE_unpack_sequence(pItem, algorithm.parameter)), release);
 }
 
-/// Whether a number is positive and at most so large.
+/// Whether a number is at most so large.
 bool isAtMost(const ASN1_INTEGER* pNumber, std::int64_t limit)
 {
     std::int64_t number = 0;

@@ -21,8 +21,8 @@ inline constexpr PkiNameField PkiName_Fields[] = {
     {"CN", &UaPkiIdentity::commonName},
 };
 
-/// Adds an attribute at the end of a name, in the string type that the library chooses for it. False for an empty text and for one that the attribute doesn't take, such as a country of
-/// three letters.
+/// Adds an attribute at the end of a name, in the string type that the library chooses for it. False for
+/// an empty text and for one that the attribute doesn't take, such as a country of three letters.
 [[nodiscard]] bool PkiName_Add(X509_NAME* pName, const char* shortName,
                                const UaString& text) noexcept;
 
