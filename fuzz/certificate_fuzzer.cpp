@@ -3,6 +3,7 @@
 // read has messages, and the library's queue is empty.
 
 #include "base/uabytestring.h"
+#include "fuzz/librarydecoders.h"
 #include "fuzz/require.h"
 #include "fuzz/scratchfile.h"
 #include "pki/opensslhandles.h"
@@ -21,23 +22,6 @@ UaPkiCertificate readPem(const std::uint8_t* data, std::size_t size)
 {
     static const ScratchFile file;
     return UaPkiCertificate::fromPEMFile(file.write(data, size));
-}
-
-PkiHandle<X509> decodeDer(const std::uint8_t* data, std::size_t size)
-{
-    const PkiErrorScope scope;
-    const unsigned char* position = data;
-    return PkiHandle<X509>(d2i_X509(nullptr, &position, static_cast<long>(size)));
-}
-
-PkiHandle<X509> decodePem(const std::uint8_t* data, std::size_t size)
-{
-    const PkiErrorScope scope;
-    const PkiHandle<BIO> bio(BIO_new_mem_buf(data, static_cast<int>(size)));
-    const auto refuse = [](char* /*buffer*/, int /*size*/, int /*rwflag*/, void* /*data*/) {
-        return -1;
-    };
-    return PkiHandle<X509>(PEM_read_bio_X509(bio.get(), nullptr, refuse, nullptr));
 }
 
 void check(const UaPkiCertificate& certificate, X509* expected)
@@ -67,9 +51,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::size_t count = size - 1;
     if (data[0] % 2 == 0) {
         check(UaPkiCertificate::fromDER(UaByteArray(bytes, static_cast<OpcUa_Int32>(count))),
-              decodeDer(bytes, count).get());
+              decodeDer(bytes, count, d2i_X509).get());
     } else {
-        check(readPem(bytes, count), decodePem(bytes, count).get());
+        check(readPem(bytes, count), decodePem(bytes, count, PEM_read_bio_X509).get());
     }
     return 0;
 }

@@ -3,6 +3,7 @@
 // an entry and a signature, which then verifies.
 
 #include "base/uaunistring.h"
+#include "fuzz/librarydecoders.h"
 #include "fuzz/require.h"
 #include "fuzz/scratchfile.h"
 #include "pki/opensslhandles.h"
@@ -20,23 +21,6 @@
 #include <cstdint>
 
 namespace {
-
-PkiHandle<X509_CRL> decodeDer(const std::uint8_t* data, std::size_t size)
-{
-    const PkiErrorScope scope;
-    const unsigned char* position = data;
-    return PkiHandle<X509_CRL>(d2i_X509_CRL(nullptr, &position, static_cast<long>(size)));
-}
-
-PkiHandle<X509_CRL> decodePem(const std::uint8_t* data, std::size_t size)
-{
-    const PkiErrorScope scope;
-    const PkiHandle<BIO> bio(BIO_new_mem_buf(data, static_cast<int>(size)));
-    const auto refuse = [](char* /*buffer*/, int /*size*/, int /*rwflag*/, void* /*data*/) {
-        return -1;
-    };
-    return PkiHandle<X509_CRL>(PEM_read_bio_X509_CRL(bio.get(), nullptr, refuse, nullptr));
-}
 
 void requireSame(const UaPkiRevocationList& left, const UaPkiRevocationList& right)
 {
@@ -97,14 +81,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::size_t count = size - 1;
     if (data[0] % 2 == 0) {
         check(UaPkiRevocationList::fromDER(UaByteArray(bytes, static_cast<OpcUa_Int32>(count))),
-              decodeDer(bytes, count).get());
+              decodeDer(bytes, count, d2i_X509_CRL).get());
         return 0;
     }
     static const ScratchFile file;
     const char* const path = file.write(bytes, count);
-    PkiHandle<X509_CRL> expected = decodePem(bytes, count);
+    PkiHandle<X509_CRL> expected = decodePem(bytes, count, PEM_read_bio_X509_CRL);
     if (expected == nullptr) {
-        expected = decodeDer(bytes, count);
+        expected = decodeDer(bytes, count, d2i_X509_CRL);
     }
     check(UaPkiRevocationList::fromFile(path), expected.get());
     check(UaPkiRevocationList::fromFile(UaUniString(path)), expected.get());
