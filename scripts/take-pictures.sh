@@ -14,7 +14,7 @@ trap 'rm -rf "$work"' EXIT
 mkdir -m 700 "$work/runtime"
 export XDG_RUNTIME_DIR=$work/runtime QT_SCALE_FACTOR=$scale console sampleserver pictures work scale
 unset QT_QPA_PLATFORM
-timeout 120 xvfb-run -a -s "-screen 0 1920x1440x24" bash -euo pipefail <<'SCRIPT'
+timeout 120 xvfb-run -a -s "-screen 0 1920x1440x24 -noreset" bash -euo pipefail <<'SCRIPT'
 trap 'jobs -p | xargs -r kill 2>/dev/null; wait 2>/dev/null' EXIT
 openbox --sm-disable >"$work/openbox.log" 2>&1 &
 until xdotool get_desktop >/dev/null 2>&1; do sleep 0.05; done

@@ -13,6 +13,7 @@ openbox --sm-disable >"$work/openbox.log" 2>&1 &
 
 fail() {
     echo "FAILED: $*" >&2
+    cat "$work/openbox.log" >&2
     import -window root "$work/failed.png" 2>/dev/null && cp "$work/failed.png" "$(basename "$0" .sh)_failed.png"
     exit 1
 }
@@ -25,6 +26,9 @@ end() {
     exit "$status"
 }
 trap end EXIT
+
+# --sync waits for ever when the window is gone.
+xdotool() { timeout 20 xdotool "$@"; }
 
 # Waits until a command succeeds, for ten seconds.
 wait_for() {
@@ -50,9 +54,12 @@ start() {
 # Waits for the end of the console and checks its exit code.
 ends_with() {
     local status=0
+    wait_for ended
     wait "$pid" || status=$?
     [ "$status" = "$1" ] || fail "exit code $status, expected $1"
 }
+
+ended() { ! kill -0 "$pid"; }
 
 search() { xdotool search --onlyvisible --name "$1"; }
 
@@ -110,8 +117,9 @@ click() {
     sleep 0.2
 }
 
-# Closes a window by the window manager's key.
-close_window() { press "$1" alt+F4; }
+# Closes a window as its title bar's button does. The window manager's key won't do: it is lost when it
+# comes with the first key strokes, which make the window manager read the keyboard anew.
+close_window() { wmctrl -i -c "$1"; }
 
 expect() { [ "$1" = "$2" ] || fail "got '$1', expected '$2'"; }
 
