@@ -28,6 +28,26 @@ OpcUa_StatusCode readNew(T*& value, Read read)
     return status;
 }
 
+/// Reads a text into a new block with `room` bytes behind it. The block is null for the null text and
+/// after a failure.
+OpcUa_StatusCode readText(OpcUa_BinaryReader& reader, OpcUa_Int32 limit, std::size_t room,
+                          OpcUa_Int32& length, void*& text)
+{
+    text = nullptr;
+    OpcUa_StatusCode status = OpcUa_BinaryRead_TextLength(reader, limit, length);
+    if (OpcUa_IsBad(status) || length < 0) {
+        return status;
+    }
+    const auto size = static_cast<std::size_t>(length);
+    text = OpcUa_Memory_Alloc(size + room);
+    status = text == nullptr ? OpcUa_BadOutOfMemory : reader.read(text, size);
+    if (OpcUa_IsBad(status)) {
+        OpcUa_Memory_Free(text);
+        text = nullptr;
+    }
+    return status;
+}
+
 /// Reads the mask in front of the fields of a record. A flag that isn't known announces a field that
 /// can't be skipped.
 OpcUa_StatusCode readMask(OpcUa_BinaryReader& reader, OpcUa_Byte knownFlags, OpcUa_Byte& mask)
@@ -275,6 +295,31 @@ OpcUa_StatusCode readElements(OpcUa_BinaryReader& reader, OpcUa_Int32 count, voi
 }
 
 } // namespace
+
+OpcUa_StatusCode OpcUa_BinaryRead_AnyString(OpcUa_BinaryReader& reader, OpcUa_String& value)
+{
+    value = {};
+    OpcUa_Int32 length = 0;
+    void* text = nullptr;
+    const OpcUa_StatusCode status =
+        readText(reader, reader.Context->MaxStringLength, 1, length, text);
+    if (text != nullptr) {
+        auto* content = static_cast<char*>(text);
+        content[length] = '\0';
+        value = {OpcUa_String_OwnsContent, static_cast<OpcUa_UInt32>(length), content};
+    }
+    return status;
+}
+
+OpcUa_StatusCode OpcUa_BinaryRead_AnyByteString(OpcUa_BinaryReader& reader, OpcUa_ByteString& value)
+{
+    OpcUa_Int32 length = 0;
+    void* data = nullptr;
+    const OpcUa_StatusCode status =
+        readText(reader, reader.Context->MaxByteStringLength, 0, length, data);
+    value = {data == nullptr ? -1 : length, static_cast<OpcUa_Byte*>(data)};
+    return status;
+}
 
 OpcUa_StatusCode OpcUa_BinaryRead_FlaggedNodeId(OpcUa_BinaryReader& reader, OpcUa_Byte allowedFlags,
                                                 OpcUa_NodeId& value, OpcUa_Byte& flags)

@@ -119,53 +119,81 @@ OpcUa_BinaryRead_TextLength(OpcUa_BinaryReader& reader, OpcUa_Int32 limit, OpcUa
                                                                  : OpcUa_Good;
 }
 
+/// A text on the wire, in the buffer.
+struct OpcUa_BinaryTextView
+{
+    const OpcUa_Byte* Bytes;
+    std::size_t Size;
+};
+
+/// The text that the reader is at. No bytes if it is null, goes beyond the buffer or exceeds the limit.
+[[nodiscard]] inline OpcUa_BinaryTextView
+OpcUa_BinaryTextView_Peek(const OpcUa_BinaryReader& reader, OpcUa_Int32 limit)
+{
+    OpcUa_Int32 length;
+    const OpcUa_Byte* from = reader.Buffer->Current;
+    const std::size_t available = reader.available();
+    if (available < sizeof(length)) {
+        return {};
+    }
+    std::memcpy(&length, from, sizeof(length));
+    const std::size_t size = static_cast<OpcUa_UInt32>(length); // negative: beyond every buffer
+    if (size > available - sizeof(length) || OpcUa_BinaryLimit_IsExceeded(limit, length)) {
+        return {};
+    }
+    return {from + sizeof(length), size};
+}
+
+/// Copies a text that was peeked at into a block, and leaves the reader behind it.
+inline void OpcUa_BinaryTextView_Take(OpcUa_BinaryReader& reader, OpcUa_BinaryTextView text,
+                                      void* block)
+{
+    OpcUa_Binary_Copy(block, text.Bytes, text.Size);
+    reader.Buffer->Current = text.Bytes + text.Size;
+}
+
+/// Reads a text of any kind.
+[[nodiscard]] OpcUa_StatusCode OpcUa_BinaryRead_AnyString(OpcUa_BinaryReader& reader,
+                                                          OpcUa_String& value);
+[[nodiscard]] OpcUa_StatusCode OpcUa_BinaryRead_AnyByteString(OpcUa_BinaryReader& reader,
+                                                              OpcUa_ByteString& value);
+
+/// The same with a short way for a text in the buffer, which most are.
 [[nodiscard]] inline OpcUa_StatusCode OpcUa_BinaryRead_String(OpcUa_BinaryReader& reader,
                                                               OpcUa_String& value)
 {
-    value = {};
-    OpcUa_Int32 length = 0;
-    OpcUa_StatusCode status =
-        OpcUa_BinaryRead_TextLength(reader, reader.Context->MaxStringLength, length);
-    if (OpcUa_IsBad(status) || length < 0) {
-        return status;
+    const OpcUa_BinaryTextView text =
+        OpcUa_BinaryTextView_Peek(reader, reader.Context->MaxStringLength);
+    if (text.Bytes == nullptr) {
+        return OpcUa_BinaryRead_AnyString(reader, value);
     }
-    const auto size = static_cast<std::size_t>(length);
-    auto* text = static_cast<char*>(OpcUa_Memory_Alloc(size + 1));
-    if (text == nullptr) {
+    auto* content = static_cast<char*>(OpcUa_Memory_Alloc(text.Size + 1));
+    if (content == nullptr) {
+        value = {};
         return OpcUa_BadOutOfMemory;
     }
-    status = reader.read(text, size);
-    if (OpcUa_IsBad(status)) {
-        OpcUa_Memory_Free(text);
-        return status;
-    }
-    text[size] = '\0';
-    value = {OpcUa_String_OwnsContent, static_cast<OpcUa_UInt32>(size), text};
-    return status;
+    OpcUa_BinaryTextView_Take(reader, text, content);
+    content[text.Size] = '\0';
+    value = {OpcUa_String_OwnsContent, static_cast<OpcUa_UInt32>(text.Size), content};
+    return OpcUa_Good;
 }
 
 [[nodiscard]] inline OpcUa_StatusCode OpcUa_BinaryRead_ByteString(OpcUa_BinaryReader& reader,
                                                                   OpcUa_ByteString& value)
 {
-    value = {-1, nullptr};
-    OpcUa_Int32 length = 0;
-    OpcUa_StatusCode status =
-        OpcUa_BinaryRead_TextLength(reader, reader.Context->MaxByteStringLength, length);
-    if (OpcUa_IsBad(status) || length < 0) {
-        return status;
+    const OpcUa_BinaryTextView text =
+        OpcUa_BinaryTextView_Peek(reader, reader.Context->MaxByteStringLength);
+    if (text.Bytes == nullptr) {
+        return OpcUa_BinaryRead_AnyByteString(reader, value);
     }
-    const auto size = static_cast<std::size_t>(length);
-    auto* data = static_cast<OpcUa_Byte*>(OpcUa_Memory_Alloc(size));
+    auto* data = static_cast<OpcUa_Byte*>(OpcUa_Memory_Alloc(text.Size));
     if (data == nullptr) {
+        value = {-1, nullptr};
         return OpcUa_BadOutOfMemory;
     }
-    status = reader.read(data, size);
-    if (OpcUa_IsBad(status)) {
-        OpcUa_Memory_Free(data);
-        return status;
-    }
-    value = {length, data};
-    return status;
+    OpcUa_BinaryTextView_Take(reader, text, data);
+    value = {static_cast<OpcUa_Int32>(text.Size), data};
+    return OpcUa_Good;
 }
 
 /// Reads a node id whose flags are among those allowed, and gives them back.

@@ -105,14 +105,31 @@ OpcUa_BinaryReader_FromDecoder(const OpcUa_Decoder* decoder)
                : nullptr;
 }
 
+/// Reads elements for the sake of the status alone, one after the other into the memory of one.
+template <typename ReadElement>
+[[nodiscard]] OpcUa_StatusCode OpcUa_BinaryRead_Nowhere(const OpcUa_ElementTraits& traits,
+                                                        OpcUa_Int32 count, ReadElement readElement)
+{
+    void* element = OpcUa_Memory_Alloc(traits.Size);
+    OpcUa_StatusCode status = element == nullptr ? OpcUa_BadOutOfMemory : OpcUa_Good;
+    for (OpcUa_Int32 i = 0; i < count && OpcUa_IsGood(status); ++i) {
+        status = readElement(element);
+        if (OpcUa_IsGood(status)) {
+            OpcUa_Elements_Clear(traits, element, 1);
+        }
+    }
+    OpcUa_Memory_Free(element);
+    return status;
+}
+
 /// Reads the elements of an array whose count is known, by `readElement(void*)`, which fills memory of
 /// any content and leaves nothing to be cleared when it fails. No element takes fewer bytes of the
 /// stream than `minimum`, which is at least 1. After a failure `*elements` is null.
 ///
 /// The block is allocated at once when the stream has enough bytes for all elements besides those that
-/// the arrays around it still need. Otherwise the array can't end well, and its elements are read one
-/// after the other into the same memory until the failure, for the sake of its status. Where all of them
-/// are there, it is the arrays around it that can't: `BadEndOfStream`.
+/// the arrays around it still need. Otherwise the array can't end well, and is read for the sake of its
+/// status alone. Where all of its elements are there, it is the arrays around it that can't:
+/// `BadEndOfStream`.
 template <typename ReadElement>
 [[nodiscard]] OpcUa_StatusCode OpcUa_BinaryRead_Elements(OpcUa_BinaryReader& reader,
                                                          const OpcUa_ElementTraits& traits,
@@ -125,33 +142,27 @@ template <typename ReadElement>
     }
     const std::size_t owed = reader.Owed;
     const std::size_t minimalSize = minimum * static_cast<std::size_t>(count);
-    const bool isComplete = owed + minimalSize <= reader.remaining();
-    const std::size_t stride = isComplete ? traits.Size : 0;
-    auto* block = static_cast<char*>(
-        OpcUa_Memory_AllocArray(isComplete ? static_cast<std::size_t>(count) : 1, traits.Size));
+    if (owed + minimalSize > reader.remaining()) {
+        const OpcUa_StatusCode status = OpcUa_BinaryRead_Nowhere(traits, count, readElement);
+        return OpcUa_IsBad(status) ? status : OpcUa_BadEndOfStream;
+    }
+    auto* block =
+        static_cast<char*>(OpcUa_Memory_AllocArray(static_cast<std::size_t>(count), traits.Size));
     if (block == nullptr) {
         return OpcUa_BadOutOfMemory;
     }
-    OpcUa_StatusCode status = OpcUa_Good;
-    std::size_t owedByArray = isComplete ? minimalSize : 0;
+    reader.Owed = owed + minimalSize;
     char* element = block;
-    OpcUa_Int32 done = 0;
-    for (; done < count; ++done, element += stride) {
-        owedByArray -= isComplete ? minimum : 0;
-        reader.Owed = owed + owedByArray;
-        status = readElement(static_cast<void*>(element));
+    for (OpcUa_Int32 done = 0; done < count; ++done, element += traits.Size) {
+        reader.Owed -= minimum;
+        const OpcUa_StatusCode status = readElement(static_cast<void*>(element));
         if (OpcUa_IsBad(status)) {
-            break;
-        }
-        if (!isComplete) {
-            OpcUa_Elements_Clear(traits, element, 1);
+            OpcUa_Elements_Free(traits, block, done);
+            reader.Owed = owed;
+            return status;
         }
     }
     reader.Owed = owed;
-    if (OpcUa_IsGood(status) && isComplete) {
-        *elements = block;
-        return status;
-    }
-    OpcUa_Elements_Free(traits, block, isComplete ? done : 0);
-    return OpcUa_IsBad(status) ? status : OpcUa_BadEndOfStream;
+    *elements = block;
+    return OpcUa_Good;
 }
