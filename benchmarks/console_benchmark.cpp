@@ -265,10 +265,23 @@ void runStartProbe(benchmark::State& state, const QStringList& arguments)
     }
 }
 
+/// Without places of certificates the window has two tabs.
 void consoleStart(benchmark::State& state)
 {
     const Configuration configuration(3);
     runStartProbe(state, {QStringLiteral("console"), configuration.path()});
+}
+
+/// With all three tabs, on a server directory with certificates and revocation lists of each kind.
+void consoleStartOnSampleServer(benchmark::State& state)
+{
+    const QTemporaryDir directory;
+    const QString server = directory.filePath(QStringLiteral("server"));
+    if (QProcess::execute(QStringLiteral(SAMPLE_SERVER), {server}) != 0) {
+        state.SkipWithError("the sample server could not be laid out");
+        return;
+    }
+    runStartProbe(state, {QStringLiteral("console"), server + QStringLiteral("/ServerConfig.xml")});
 }
 
 void consoleStartFloor(benchmark::State& state)
@@ -287,6 +300,7 @@ AT_SIZES(traceLoadFloor);
 AT_SIZES(traceSave);
 AT_SIZES(traceSaveFloor);
 BENCHMARK(consoleStart)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(consoleStartOnSampleServer)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(consoleStartFloor)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 } // namespace

@@ -16,7 +16,9 @@
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QSpinBox>
+#include <QSplitter>
 #include <QStatusBar>
 #include <QTabWidget>
 #include <QToolButton>
@@ -37,7 +39,7 @@ void add(QLayout* layout, int count, const Arguments&... arguments)
     }
 }
 
-/// A third of the console's widgets, by kind.
+/// A third of the console's widgets, by kind; together as many as its window has.
 void fill(QWidget* page)
 {
     auto* layout = new QVBoxLayout(page);
@@ -50,7 +52,23 @@ void fill(QWidget* page)
     add<QComboBox>(layout, 3);
     add<QPushButton>(layout, 4, text);
     add<QToolButton>(layout, 2);
-    add<QTreeView>(layout, 2);
+    add<QScrollArea>(layout, 1);
+    add<QWidget>(layout, 10);
+    auto* splitter = new QSplitter(page);
+    layout->addWidget(splitter);
+    for (int i = 0; i < 2; ++i) {
+        splitter->addWidget(new QTreeView(splitter));
+    }
+}
+
+/// Pages of a page, as the certificates have.
+void addPages(QWidget* page)
+{
+    auto* pages = new QTabWidget(page);
+    page->layout()->addWidget(pages);
+    for (int i = 0; i < 3; ++i) {
+        pages->addTab(new QWidget(pages), QStringLiteral("Page"));
+    }
 }
 
 /// Ends the process where the window is on the screen: taking it down is not part of the start.
@@ -71,6 +89,7 @@ int runBare(int& argc, char** argv)
         fill(page);
         tabs->addTab(page, QStringLiteral("Tab"));
     }
+    addPages(tabs->widget(2));
     window.statusBar();
     window.show();
     endOncePainted();

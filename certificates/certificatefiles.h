@@ -13,7 +13,8 @@
 [[nodiscard]] bool directoryExists(const QString& directory);
 
 /// Absolute paths of the files of a directory that may be certificates, in the order of the file system;
-/// none for an empty path and a directory that isn't there. `bAllFiles` takes files of any name.
+/// none for an empty path and a directory that isn't there. `bAllFiles` takes files of any
+/// name with a dot.
 [[nodiscard]] QStringList certificateFiles(const QString& directory, bool bAllFiles);
 
 /// The same for revocation lists, which may share a directory with certificates.

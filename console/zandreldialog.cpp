@@ -45,13 +45,22 @@ ZandrelDialog::ZandrelDialog(const QString& title, const QString& fileName, QWid
 {
     ui->setupUi(this);
     connect(ui->pushButton_close, &QPushButton::clicked, this, &ZandrelDialog::close);
-    expandHostName();
-    makeTabs();
+    ConfigFile file(m_configFile);
+    expandHostName(file);
+    makeConfigurationTabs();
+    // Mostly it still holds what was just written, and isn't parsed again.
+    const bool isParsed = file.read() == ConfigFile::ReadResult::Parsed;
+    if (isParsed) {
+        makeCertificatesTab(file.root());
+    }
+    connectTabs();
     checkFile();
     setWindowTitle(title.isEmpty()
                        ? tr("Zandrel - %1").arg(QFileInfo(m_configFile).absoluteFilePath())
                        : title);
-    restoreWindowGeometry();
+    if (isParsed) {
+        restoreWindowGeometry(file.root());
+    }
 }
 
 ZandrelDialog::~ZandrelDialog()
@@ -59,7 +68,7 @@ ZandrelDialog::~ZandrelDialog()
     saveWindowGeometry();
 }
 
-void ZandrelDialog::makeTabs()
+void ZandrelDialog::makeConfigurationTabs()
 {
     m_pEndpoints =
         new VeskServerConfigWidget(m_configFile, noFirewallHandling, tr("UA Port"), this);
@@ -70,16 +79,19 @@ void ZandrelDialog::makeTabs()
             &ZandrelDialog::sltChangesSaved);
     connect(m_pTrace, &VeskTraceSettingsWidget::changesSaved, this,
             &ZandrelDialog::sltChangesSaved);
-    makeCertificatesTab();
+}
+
+void ZandrelDialog::connectTabs()
+{
     // The tabs were made after the button; by Tab it comes last.
     setTabOrder(previousInFocusChain(), ui->pushButton_close);
     connect(ui->tabWidget, &QTabWidget::currentChanged, this, &ZandrelDialog::sltCurrentTabChanged);
 }
 
-void ZandrelDialog::makeCertificatesTab()
+void ZandrelDialog::makeCertificatesTab(const QDomElement& root)
 {
     CertificateLocationInfo info;
-    if (!readCertificateLocations(info)) {
+    if (!::readCertificateLocations(root, configPaths(), info)) {
         return;
     }
     m_pCertificates = new VeskCertificateManager(
@@ -106,12 +118,16 @@ void ZandrelDialog::disableTabs(const QString& title, const QString& text)
     showPlainMessageBox(this, QMessageBox::Critical, title, text.arg(m_configFile));
 }
 
+ConfigPaths ZandrelDialog::configPaths() const
+{
+    return {m_applicationPath, QFileInfo(m_configFile).absolutePath()};
+}
+
 bool ZandrelDialog::readCertificateLocations(CertificateLocationInfo& info) const
 {
     ConfigFile file(m_configFile);
     return file.read() == ConfigFile::ReadResult::Parsed &&
-           ::readCertificateLocations(
-               file.root(), {m_applicationPath, QFileInfo(m_configFile).absolutePath()}, info);
+           ::readCertificateLocations(file.root(), configPaths(), info);
 }
 
 bool ZandrelDialog::readCertificateSettings(QString& commonName, QString& organization,
@@ -127,6 +143,11 @@ bool ZandrelDialog::readCertificateSettings(QString& commonName, QString& organi
 void ZandrelDialog::expandHostName()
 {
     ConfigFile file(m_configFile);
+    expandHostName(file);
+}
+
+void ZandrelDialog::expandHostName(ConfigFile& file)
+{
     switch (file.read()) {
     case ConfigFile::ReadResult::NotOpened:
     case ConfigFile::ReadResult::Refused:
@@ -206,13 +227,9 @@ void ZandrelDialog::sltChangesSaved()
     }
 }
 
-void ZandrelDialog::restoreWindowGeometry()
+void ZandrelDialog::restoreWindowGeometry(const QDomElement& root)
 {
-    ConfigFile file(m_configFile);
-    if (file.read() != ConfigFile::ReadResult::Parsed) {
-        return;
-    }
-    const QByteArray geometry = readWindowGeometry(file.root());
+    const QByteArray geometry = readWindowGeometry(root);
     if (!geometry.isEmpty()) {
         restoreGeometry(geometry);
     }

@@ -5,18 +5,22 @@
 
 #include <memory>
 
+class ConfigFile;
+class QDomElement;
 class VeskCertificateManager;
 class VeskServerConfigWidget;
 class VeskTraceSettingsWidget;
 struct CertificateLocationInfo;
+struct ConfigPaths;
 
 namespace Ui {
 class ZandrelDialog;
 }
 
 /// The one top-level window of the console. It decides which configuration file is edited, makes the
-/// tabs (that for certificates only when the file tells all of their places), keeps them from being left with unsaved changes and remembers its geometry in the file. It
-/// holds no configuration data: each tab reads and writes the file by itself.
+/// tabs (that for certificates only when the file tells all of their places), keeps them from being
+/// left with unsaved changes and remembers its geometry in the file. It holds no configuration data:
+/// each tab reads and writes the file by itself.
 class ZandrelDialog : public QMainWindow
 {
     Q_OBJECT
@@ -63,11 +67,14 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
-    void makeTabs();
-    void makeCertificatesTab();
+    static void expandHostName(ConfigFile& file);
+    void makeConfigurationTabs();
+    void makeCertificatesTab(const QDomElement& root);
+    void connectTabs();
+    [[nodiscard]] ConfigPaths configPaths() const;
     void checkFile();
     void disableTabs(const QString& title, const QString& text);
-    void restoreWindowGeometry();
+    void restoreWindowGeometry(const QDomElement& root);
     void saveWindowGeometry();
 
     std::unique_ptr<Ui::ZandrelDialog> ui;
