@@ -19,7 +19,7 @@ targets=()
 select=(-LE program)
 if [ "$preset" = tsan ]; then
     targets=(platform_test platform_threads_test platform_crypto_test platform_start_test
-        stack_threads_test base_test)
+        stack_threads_test base_test pki_threads_test)
     select=(-L '^(platform|base|threads)$')
 fi
 configure_and_build "$preset" "${targets[@]}"

@@ -1,13 +1,13 @@
 #include "base/uabytestring.h"
 #include "pki/uapkicertificate.h"
 #include "pki/uapkipublickey.h"
-#include "tests/pki/certificatefields.h"
 #include "tests/pki/errorqueue.h"
 #include "tests/pki/libraryfaults.h"
 #include "tests/pki/pkitexts.h"
 #include "tests/pki/samplecertificate.h"
 #include "tests/support/allocationfaults.h"
-#include "tests/support/eightthreads.h"
+
+#include <openssl/obj_mac.h>
 
 #include <algorithm>
 #include <functional>
@@ -165,19 +165,6 @@ TEST_F(CertificateFaultsTest, without_the_librarys_memory_a_key_is_the_right_one
                                                      !certificate.getErrors().empty());
                                          (void)certificate.getErrors();
                                      });
-}
-
-TEST_F(CertificateFaultsTest, copies_are_read_in_eight_threads)
-{
-    const UaPkiCertificate certificate = UaPkiCertificate::fromDER(toByteArray(der()));
-    const std::string expected = allFieldsOf(certificate);
-    inEightThreads([&] {
-        for (int i = 0; i < 20; ++i) {
-            const UaPkiCertificate copy(certificate);
-            EXPECT_EQ(allFieldsOf(copy), expected);
-        }
-        EXPECT_FALSE(UaPkiCertificate::fromDER(toByteArray(der())).isNull());
-    });
 }
 
 } // namespace
