@@ -16,18 +16,6 @@ std::size_t remainingOf(const OpcUa_ReadBuffer& buffer)
     return static_cast<std::size_t>(buffer.End - buffer.Current);
 }
 
-/// The private block, which is open when the answer is Good.
-template <typename Entry, typename Operation>
-OpcUa_StatusCode enter(const OpcUa_InputStream* stream, Entry entry, Operation operation,
-                       Block*& block)
-{
-    block = OpcUa_MemoryStream_BlockOf<Block>(stream, entry, operation);
-    if (block == nullptr) {
-        return OpcUa_BadInvalidArgument;
-    }
-    return block->IsClosed ? OpcUa_BadInvalidState : OpcUa_Good;
-}
-
 OpcUa_StatusCode readBytes(OpcUa_InputStream* stream, OpcUa_Byte* data, OpcUa_UInt32 length,
                            OpcUa_UInt32* readLength)
 {
@@ -36,7 +24,8 @@ OpcUa_StatusCode readBytes(OpcUa_InputStream* stream, OpcUa_Byte* data, OpcUa_UI
     }
     *readLength = 0;
     Block* block = nullptr;
-    const OpcUa_StatusCode status = enter(stream, &Interface::Read, readBytes, block);
+    const OpcUa_StatusCode status =
+        OpcUa_MemoryStream_Enter(stream, &Interface::Read, readBytes, block);
     if (OpcUa_IsBad(status) || length == 0) {
         return status;
     }
@@ -56,7 +45,8 @@ OpcUa_StatusCode getRemaining(OpcUa_InputStream* stream, OpcUa_UInt32* remaining
         return OpcUa_BadInvalidArgument;
     }
     Block* block = nullptr;
-    const OpcUa_StatusCode status = enter(stream, &Interface::GetRemaining, getRemaining, block);
+    const OpcUa_StatusCode status =
+        OpcUa_MemoryStream_Enter(stream, &Interface::GetRemaining, getRemaining, block);
     if (OpcUa_IsGood(status)) {
         *remaining = static_cast<OpcUa_UInt32>(remainingOf(block->Content));
     }
@@ -65,26 +55,13 @@ OpcUa_StatusCode getRemaining(OpcUa_InputStream* stream, OpcUa_UInt32* remaining
 
 OpcUa_StatusCode closeStream(OpcUa_InputStream* stream)
 {
-    Block* block = nullptr;
-    const OpcUa_StatusCode status = enter(stream, &Interface::Close, closeStream, block);
-    if (OpcUa_IsGood(status)) {
-        block->IsClosed = true;
-    }
-    return status;
+    return OpcUa_MemoryStream_Close<Block>(stream, &Interface::Close, closeStream);
 }
 
 OpcUa_StatusCode deleteStream(OpcUa_InputStream** stream)
 {
-    auto* block = stream == nullptr ? nullptr
-                                    : OpcUa_MemoryStream_BlockOf<Block>(*stream, &Interface::Delete,
-                                                                        deleteStream);
-    if (block == nullptr) {
-        return OpcUa_BadInvalidArgument;
-    }
-    block->SanityCheck = 0;
-    OpcUa_Memory_Free(block);
-    *stream = nullptr;
-    return OpcUa_Good;
+    return OpcUa_MemoryStream_Delete<Block>(stream, &Interface::Delete, deleteStream,
+                                            [](const OpcUa_ReadBuffer& /*content*/) {});
 }
 
 constexpr Interface memoryInterface = {readBytes, getRemaining, closeStream, deleteStream};
@@ -94,7 +71,8 @@ constexpr Interface memoryInterface = {readBytes, getRemaining, closeStream, del
 OpcUa_ReadBuffer* OpcUa_ReadBuffer_FromStream(const OpcUa_InputStream* stream)
 {
     Block* block = nullptr;
-    const OpcUa_StatusCode status = enter(stream, &Interface::Read, readBytes, block);
+    const OpcUa_StatusCode status =
+        OpcUa_MemoryStream_Enter(stream, &Interface::Read, readBytes, block);
     return OpcUa_IsGood(status) ? &block->Content : nullptr;
 }
 
@@ -108,22 +86,15 @@ OpcUa_StatusCode OpcUa_MemoryInputStream_Create(const OpcUa_Byte* buffer, OpcUa_
     if (buffer == nullptr && length != 0) {
         return OpcUa_BadInvalidArgument;
     }
-    auto* block = static_cast<Block*>(OpcUa_Memory_Alloc(sizeof(Block)));
-    if (block == nullptr) {
-        return OpcUa_BadOutOfMemory;
-    }
-    *block = {OpcUa_MemoryStream_SanityCheck,
-              false,
-              {&memoryInterface, block},
-              {buffer, buffer, buffer + length}};
-    *stream = &block->Base;
-    return OpcUa_Good;
+    return OpcUa_MemoryStream_Create(memoryInterface,
+                                     OpcUa_ReadBuffer{buffer, buffer, buffer + length}, stream);
 }
 
 OpcUa_StatusCode OpcUa_MemoryInputStream_Reset(OpcUa_InputStream* stream)
 {
     Block* block = nullptr;
-    const OpcUa_StatusCode status = enter(stream, &Interface::Read, readBytes, block);
+    const OpcUa_StatusCode status =
+        OpcUa_MemoryStream_Enter(stream, &Interface::Read, readBytes, block);
     if (OpcUa_IsGood(status)) {
         block->Content.Current = block->Content.Begin;
     }
@@ -137,7 +108,8 @@ OpcUa_StatusCode OpcUa_MemoryInputStream_GetPosition(OpcUa_InputStream* stream,
         return OpcUa_BadInvalidArgument;
     }
     Block* block = nullptr;
-    const OpcUa_StatusCode status = enter(stream, &Interface::Read, readBytes, block);
+    const OpcUa_StatusCode status =
+        OpcUa_MemoryStream_Enter(stream, &Interface::Read, readBytes, block);
     if (OpcUa_IsGood(status)) {
         *position = static_cast<OpcUa_UInt32>(block->Content.Current - block->Content.Begin);
     }

@@ -22,25 +22,14 @@ std::size_t lengthOf(const OpcUa_WriteBuffer& buffer)
     return static_cast<std::size_t>(buffer.Current - buffer.Begin);
 }
 
-/// The private block, which is open when the answer is Good.
-template <typename Entry, typename Operation>
-OpcUa_StatusCode enter(const OpcUa_OutputStream* stream, Entry entry, Operation operation,
-                       Block*& block)
-{
-    block = OpcUa_MemoryStream_BlockOf<Block>(stream, entry, operation);
-    if (block == nullptr) {
-        return OpcUa_BadInvalidArgument;
-    }
-    return block->IsClosed ? OpcUa_BadInvalidState : OpcUa_Good;
-}
-
 OpcUa_StatusCode writeBytes(OpcUa_OutputStream* stream, const OpcUa_Byte* data, OpcUa_UInt32 length)
 {
     if (stream == nullptr || (data == nullptr && length != 0)) {
         return OpcUa_BadInvalidArgument;
     }
     Block* block = nullptr;
-    OpcUa_StatusCode status = enter(stream, &Interface::Write, writeBytes, block);
+    OpcUa_StatusCode status =
+        OpcUa_MemoryStream_Enter(stream, &Interface::Write, writeBytes, block);
     if (OpcUa_IsBad(status) || length == 0) {
         return status;
     }
@@ -61,7 +50,8 @@ OpcUa_StatusCode getPosition(OpcUa_OutputStream* stream, OpcUa_UInt32* position)
         return OpcUa_BadInvalidArgument;
     }
     Block* block = nullptr;
-    const OpcUa_StatusCode status = enter(stream, &Interface::GetPosition, getPosition, block);
+    const OpcUa_StatusCode status =
+        OpcUa_MemoryStream_Enter(stream, &Interface::GetPosition, getPosition, block);
     if (OpcUa_IsGood(status)) {
         *position = static_cast<OpcUa_UInt32>(lengthOf(block->Content));
     }
@@ -70,27 +60,13 @@ OpcUa_StatusCode getPosition(OpcUa_OutputStream* stream, OpcUa_UInt32* position)
 
 OpcUa_StatusCode closeStream(OpcUa_OutputStream* stream)
 {
-    Block* block = nullptr;
-    const OpcUa_StatusCode status = enter(stream, &Interface::Close, closeStream, block);
-    if (OpcUa_IsGood(status)) {
-        block->IsClosed = true;
-    }
-    return status;
+    return OpcUa_MemoryStream_Close<Block>(stream, &Interface::Close, closeStream);
 }
 
 OpcUa_StatusCode deleteStream(OpcUa_OutputStream** stream)
 {
-    auto* block = stream == nullptr ? nullptr
-                                    : OpcUa_MemoryStream_BlockOf<Block>(*stream, &Interface::Delete,
-                                                                        deleteStream);
-    if (block == nullptr) {
-        return OpcUa_BadInvalidArgument;
-    }
-    OpcUa_WriteBuffer_Clear(block->Content);
-    block->SanityCheck = 0;
-    OpcUa_Memory_Free(block);
-    *stream = nullptr;
-    return OpcUa_Good;
+    return OpcUa_MemoryStream_Delete<Block>(stream, &Interface::Delete, deleteStream,
+                                            OpcUa_WriteBuffer_Clear);
 }
 
 constexpr Interface memoryInterface = {writeBytes, getPosition, closeStream, deleteStream};
@@ -99,17 +75,6 @@ constexpr Interface memoryInterface = {writeBytes, getPosition, closeStream, del
 Block* blockOf(const OpcUa_OutputStream* stream)
 {
     return OpcUa_MemoryStream_BlockOf<Block>(stream, &Interface::Write, writeBytes);
-}
-
-OpcUa_StatusCode create(const OpcUa_WriteBuffer& buffer, OpcUa_OutputStream** stream)
-{
-    auto* block = static_cast<Block*>(OpcUa_Memory_Alloc(sizeof(Block)));
-    if (block == nullptr) {
-        return OpcUa_BadOutOfMemory;
-    }
-    *block = {OpcUa_MemoryStream_SanityCheck, false, {&memoryInterface, block}, buffer};
-    *stream = &block->Base;
-    return OpcUa_Good;
 }
 
 } // namespace
@@ -164,7 +129,7 @@ OpcUa_StatusCode OpcUa_MemoryOutputStream_Create(OpcUa_UInt32 initialSize, OpcUa
         status = OpcUa_WriteBuffer_Grow(buffer, std::min<std::size_t>(initialSize, limit));
     }
     if (OpcUa_IsGood(status)) {
-        status = create(buffer, stream);
+        status = OpcUa_MemoryStream_Create(memoryInterface, buffer, stream);
     }
     if (OpcUa_IsBad(status)) {
         OpcUa_WriteBuffer_Clear(buffer);
@@ -182,7 +147,8 @@ OpcUa_StatusCode OpcUa_MemoryOutputStream_Attach(OpcUa_Byte* buffer, OpcUa_UInt3
     if (buffer == nullptr && size != 0) {
         return OpcUa_BadInvalidArgument;
     }
-    return create({buffer, buffer, buffer + size, size, false}, stream);
+    return OpcUa_MemoryStream_Create(
+        memoryInterface, OpcUa_WriteBuffer{buffer, buffer, buffer + size, size, false}, stream);
 }
 
 OpcUa_StatusCode OpcUa_MemoryOutputStream_GetBuffer(OpcUa_OutputStream* stream,
@@ -219,7 +185,8 @@ OpcUa_StatusCode OpcUa_MemoryOutputStream_Detach(OpcUa_OutputStream* stream, Opc
 OpcUa_StatusCode OpcUa_MemoryOutputStream_Reset(OpcUa_OutputStream* stream)
 {
     Block* block = nullptr;
-    const OpcUa_StatusCode status = enter(stream, &Interface::Write, writeBytes, block);
+    const OpcUa_StatusCode status =
+        OpcUa_MemoryStream_Enter(stream, &Interface::Write, writeBytes, block);
     if (OpcUa_IsGood(status)) {
         block->Content.Current = block->Content.Begin;
     }
