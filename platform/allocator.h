@@ -1,40 +1,14 @@
 #pragma once
 
-#include <atomic>
 #include <cstddef>
-#include <cstdint>
-#include <cstdlib>
 
 // The one allocator of the platform and stack layers: a thin layer over the C library's. Blocks that
 // move between records, arrays and variants all come from here and are all freed here. Every function
 // may be called from any thread.
 
-/// Decides whether the next allocation of `size` bytes fails. Called from every allocating thread.
-using OpcUa_MemoryFaultHook = bool (*)(std::size_t size);
-
-/// Sets the hook that makes allocations fail, so that a test can walk through all error paths; null
-/// takes it away. Returns the hook that was set before.
-OpcUa_MemoryFaultHook OpcUa_Memory_SetFaultHook(OpcUa_MemoryFaultHook hook) noexcept;
-
-/// The hook itself, for the functions below alone.
-extern std::atomic<OpcUa_MemoryFaultHook> OpcUa_Memory_FaultHook;
-
-/// Whether an allocation of `size` bytes fails without asking the C library. No object is larger than
-/// PTRDIFF_MAX bytes; refusing such a size spares the C library's checkers from ending the process over
-/// it.
-[[nodiscard]] inline bool OpcUa_Memory_IsRefused(std::size_t size) noexcept
-{
-    const OpcUa_MemoryFaultHook hook = OpcUa_Memory_FaultHook.load(std::memory_order_relaxed);
-    return size > static_cast<std::size_t>(PTRDIFF_MAX) || (hook != nullptr && hook(size));
-}
-
 /// Allocates `size` bytes, not initialised. Never null for a size of 0: that gives a block that must
 /// be freed too. Null when memory is short or the size can't be that of an object.
-[[nodiscard]] inline void* OpcUa_Memory_Alloc(std::size_t size) noexcept
-{
-    // The C library may answer null for 0 bytes, which a caller couldn't tell from a lack of memory.
-    return OpcUa_Memory_IsRefused(size) ? nullptr : std::malloc(size == 0 ? 1 : size);
-}
+[[nodiscard]] void* OpcUa_Memory_Alloc(std::size_t size) noexcept;
 
 /// Allocates `count` elements of `size` bytes each, all bytes 0. The product is checked: one that
 /// can't be represented gives null, like a lack of memory.
@@ -48,7 +22,11 @@ extern std::atomic<OpcUa_MemoryFaultHook> OpcUa_Memory_FaultHook;
 [[nodiscard]] void* OpcUa_Memory_ReAlloc(void* block, std::size_t size) noexcept;
 
 /// Frees a block; null is allowed.
-inline void OpcUa_Memory_Free(void* block) noexcept
-{
-    std::free(block);
-}
+void OpcUa_Memory_Free(void* block) noexcept;
+
+/// Decides whether the next allocation of `size` bytes fails. Called from every allocating thread.
+using OpcUa_MemoryFaultHook = bool (*)(std::size_t size);
+
+/// Sets the hook that makes allocations fail, so that a test can walk through all error paths; null
+/// takes it away. Returns the hook that was set before.
+OpcUa_MemoryFaultHook OpcUa_Memory_SetFaultHook(OpcUa_MemoryFaultHook hook) noexcept;
