@@ -296,6 +296,22 @@ OpcUa_StatusCode readElements(OpcUa_BinaryReader& reader, OpcUa_Int32 count, voi
 
 } // namespace
 
+OpcUa_StatusCode OpcUa_BinaryRead_Nowhere(const OpcUa_ElementTraits& traits, OpcUa_Int32 count,
+                                          void* reading,
+                                          OpcUa_StatusCode (*readElement)(void*, void*))
+{
+    void* element = OpcUa_Memory_Alloc(traits.Size);
+    OpcUa_StatusCode status = element == nullptr ? OpcUa_BadOutOfMemory : OpcUa_Good;
+    for (OpcUa_Int32 i = 0; i < count && OpcUa_IsGood(status); ++i) {
+        status = readElement(reading, element);
+        if (OpcUa_IsGood(status)) {
+            OpcUa_Elements_Clear(traits, element, 1);
+        }
+    }
+    OpcUa_Memory_Free(element);
+    return status;
+}
+
 OpcUa_StatusCode OpcUa_BinaryRead_AnyString(OpcUa_BinaryReader& reader, OpcUa_String& value)
 {
     value = {};

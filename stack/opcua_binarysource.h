@@ -105,22 +105,11 @@ OpcUa_BinaryReader_FromDecoder(const OpcUa_Decoder* decoder)
                : nullptr;
 }
 
-/// Reads elements for the sake of the status alone, one after the other into the memory of one.
-template <typename ReadElement>
-[[nodiscard]] OpcUa_StatusCode OpcUa_BinaryRead_Nowhere(const OpcUa_ElementTraits& traits,
-                                                        OpcUa_Int32 count, ReadElement readElement)
-{
-    void* element = OpcUa_Memory_Alloc(traits.Size);
-    OpcUa_StatusCode status = element == nullptr ? OpcUa_BadOutOfMemory : OpcUa_Good;
-    for (OpcUa_Int32 i = 0; i < count && OpcUa_IsGood(status); ++i) {
-        status = readElement(element);
-        if (OpcUa_IsGood(status)) {
-            OpcUa_Elements_Clear(traits, element, 1);
-        }
-    }
-    OpcUa_Memory_Free(element);
-    return status;
-}
+/// Reads elements for the sake of the status alone, one after the other into the memory of one, by
+/// `readElement(reading, element)`.
+[[nodiscard]] OpcUa_StatusCode
+OpcUa_BinaryRead_Nowhere(const OpcUa_ElementTraits& traits, OpcUa_Int32 count, void* reading,
+                         OpcUa_StatusCode (*readElement)(void* reading, void* element));
 
 /// Reads the elements of an array whose count is known, by `readElement(void*)`, which fills memory of
 /// any content and leaves nothing to be cleared when it fails. No element takes fewer bytes of the
@@ -143,7 +132,10 @@ template <typename ReadElement>
     const std::size_t owed = reader.Owed;
     const std::size_t minimalSize = minimum * static_cast<std::size_t>(count);
     if (owed + minimalSize > reader.remaining()) {
-        const OpcUa_StatusCode status = OpcUa_BinaryRead_Nowhere(traits, count, readElement);
+        const OpcUa_StatusCode status =
+            OpcUa_BinaryRead_Nowhere(traits, count, &readElement, [](void* reading, void* element) {
+                return (*static_cast<ReadElement*>(reading))(element);
+            });
         return OpcUa_IsBad(status) ? status : OpcUa_BadEndOfStream;
     }
     auto* block =
