@@ -438,7 +438,7 @@ TEST(UaVariantSetIndexRange, second_entry_replaces_within_strings)
                    {source, "0:2,1", strings({"X", "Y", "Z"}), noData}, // "g" is too short
                    {source, "0:1,1", strings({"X", "YY"}), noData},
                    {source, "0:1,1", strings({"X"}), noData},
-                   {source, "0:1,1:3", strings({"XXX", "YYY"}), noData},
+                   {source, "0:1,1:3", strings({"UVW", "XYZ"}), noData},
                    {source, "0,0,0", strings({"X"}), noData}});
     UaVariant target = byteStrings({"abc", "de"});
     EXPECT_EQ(target.setIndexRange(range("0:1,1"), byteStrings({"X", "Y"})), OpcUa_Good);
